@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+#include <sys/types.h>
+#include <tl/expected.hpp>
+
+namespace quillmeter {
+
+struct AtomicWriteOptions {
+  mode_t fileMode = 0600;
+  mode_t folderMode = 0700;   // of folders that have to be made
+  bool createFolders = true;
+  bool synchronize = true;    // fsync of file and folder; off for files in memory
+};
+
+// Replaces the file at `path` by `bytes`: a temporary file beside it, write, fsync, rename, fsync of the folder. After any failure
+// the old file is as it was and the temporary one is gone; the error is the errno. A link at `path` is followed, so that a
+// linked file stays a link.
+[[nodiscard]] tl::expected<void, int> writeFileAtomically(const std::filesystem::path& path, std::string_view bytes,
+                                                          const AtomicWriteOptions& options = {});
+
+}  // namespace quillmeter
