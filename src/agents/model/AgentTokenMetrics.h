@@ -9,8 +9,8 @@ namespace quillmeter {
 
 // Token counters of one interval; every agent source reports usage in this shape.
 struct AgentTokenMetrics {
-  std::int64_t totalTokens = 0;   // as the source reports them
-  std::int64_t inputTokens = 0;   // not served from a cache
+  std::int64_t totalTokens = 0;  // as the source reports them
+  std::int64_t inputTokens = 0;  // not served from a cache
   std::int64_t outputTokens = 0;
   std::int64_t cachedTokens = 0;  // input read from a cache
   std::int64_t sessionCount = 0;  // sessions that contributed

@@ -29,8 +29,8 @@ struct AdapterUsageSession {
   friend bool operator==(const AdapterUsageSession&, const AdapterUsageSession&) = default;
 };
 
-// Reads the usage that one agent leaves on this machine. Owned by the collector and used on its queue only; keeps per-file caches
-// between calls. Never throws: what cannot be read is skipped and counted.
+// Reads the usage that one agent leaves on this machine. Owned by the collector and used on its queue only; keeps
+// per-file caches between calls. Never throws: what cannot be read is skipped and counted.
 class AgentUsageAdapter {
  public:
   virtual ~AgentUsageAdapter() = default;
