@@ -10,14 +10,14 @@ namespace quillmeter {
 
 struct AtomicWriteOptions {
   mode_t fileMode = 0600;
-  mode_t folderMode = 0700;   // of folders that have to be made
+  mode_t folderMode = 0700;  // of folders that have to be made
   bool createFolders = true;
-  bool synchronize = true;    // fsync of file and folder; off for files in memory
+  bool synchronize = true;  // fsync of file and folder; off for files in memory
 };
 
-// Replaces the file at `path` by `bytes`: a temporary file beside it, write, fsync, rename, fsync of the folder. After any failure
-// the old file is as it was and the temporary one is gone; the error is the errno. A link at `path` is followed, so that a
-// linked file stays a link.
+// Replaces the file at `path` by `bytes`: a temporary file beside it, write, fsync, rename, fsync of the folder. After
+// any failure the old file is as it was and the temporary one is gone; the error is the errno. A link at `path` is
+// followed, so that a linked file stays a link.
 [[nodiscard]] tl::expected<void, int> writeFileAtomically(const std::filesystem::path& path, std::string_view bytes,
                                                           const AtomicWriteOptions& options = {});
 

@@ -29,17 +29,18 @@ struct CalendarTime {
   friend bool operator==(const CalendarTime&, const CalendarTime&) = default;
 };
 
-// The Gregorian calendar of one time zone with the user's first weekday. Immutable and cheap to copy; safe on every thread.
+// The Gregorian calendar of one time zone with the user's first weekday. Immutable and cheap to copy; safe on every
+// thread.
 //
-// A day starts at its first existing instant: where midnight is skipped by a daylight-saving change, at the instant after
-// the gap; where midnight happens twice, at the first one. Adding days keeps the wall-clock time (a time that does not
-// exist moves behind the gap), adding hours is plain elapsed time.
+// A day starts at its first existing instant: where midnight is skipped by a daylight-saving change, at the instant
+// after the gap; where midnight happens twice, at the first one. Adding days keeps the wall-clock time (a time that
+// does not exist moves behind the gap), adding hours is plain elapsed time.
 class Calendar {
  public:
   // `zone` is a name of the time-zone database ("Asia/Shanghai"). Absent when the database lacks it.
   static std::optional<Calendar> forZone(const std::string& zone, Weekday firstWeekday);
-  // The zone named by TZ (a database name, ":"-prefixed name or an absolute path into the database), else the machine's,
-  // else UTC. A TZ that cannot be found counts as UTC, as the C library does it.
+  // The zone named by TZ (a database name, ":"-prefixed name or an absolute path into the database), else the
+  // machine's, else UTC. A TZ that cannot be found counts as UTC, as the C library does it.
   static Calendar current(Weekday firstWeekday);
   static Calendar utc(Weekday firstWeekday = 1);
 
@@ -51,8 +52,8 @@ class Calendar {
 
   // `date` moved by `count` (may be negative) units. Absent when the result leaves Date's range.
   std::optional<Date> adding(int count, CalendarUnit unit, Date date) const;
-  // The number of whole units from `start` to `end`, so that adding(n, unit, start) <= end < adding(n + 1, unit, start);
-  // negative when `end` is earlier.
+  // The number of whole units from `start` to `end`, so that adding(n, unit, start) <= end < adding(n + 1, unit,
+  // start); negative when `end` is earlier.
   int wholeUnits(CalendarUnit unit, Date start, Date end) const;
 
   // The start of a calendar day; absent for a day that does not exist (2026-02-30, month 13).

@@ -18,7 +18,8 @@ struct Date {
   // 9999-12-31 23:59:59.999999 UTC, the greatest instant that fromSeconds gives.
   static constexpr Date distantFuture() { return Date{253'402'300'800 * microsecondsPerSecond - 1}; }
 
-  // Seconds since 1970, rounded to the nearest microsecond and held within distantPast ... distantFuture. NaN gives distantPast.
+  // Seconds since 1970, rounded to the nearest microsecond and held within distantPast ... distantFuture. NaN gives
+  // distantPast.
   static Date fromSeconds(double seconds);
   static constexpr Date fromWholeSeconds(std::int64_t seconds) {
     if (seconds <= distantPast().microseconds / microsecondsPerSecond) return distantPast();

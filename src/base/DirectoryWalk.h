@@ -26,9 +26,10 @@ struct WalkOutcome {
   int unlistedFolders = 0;  // folders below the root that could not be opened
 };
 
-// Visits every regular file below `root`, folders recursively, in no particular order. `root` itself may be a link; links below
-// it are neither followed nor visited. `wanted` is asked with the bare file name before the file's status is read, so that
-// listing costs one status call a wanted file. Never throws; what vanishes meanwhile is left out. Depth is bounded (64).
+// Visits every regular file below `root`, folders recursively, in no particular order. `root` itself may be a link;
+// links below it are neither followed nor visited. `wanted` is asked with the bare file name before the file's status
+// is read, so that listing costs one status call a wanted file. Never throws; what vanishes meanwhile is left out.
+// Depth is bounded (64).
 WalkOutcome walkDirectory(const std::filesystem::path& root, const WalkOptions& options,
                           const std::function<bool(std::string_view name)>& wanted,
                           const std::function<void(const WalkedFile&)>& visit);

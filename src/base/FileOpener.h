@@ -12,8 +12,8 @@ namespace quillmeter {
 class FileOpener {
  public:
   virtual ~FileOpener() = default;
-  // A readable descriptor on a regular file, or the errno. Never blocks on a FIFO or device and never follows a link in the last
-  // component: what is no regular file is refused (EINVAL; ELOOP for a link).
+  // A readable descriptor on a regular file, or the errno. Never blocks on a FIFO or device and never follows a link in
+  // the last component: what is no regular file is refused (EINVAL; ELOOP for a link).
   virtual tl::expected<FileDescriptor, int> open(const std::filesystem::path& path) = 0;
 };
 

@@ -7,8 +7,8 @@
 
 namespace quillmeter {
 
-// Texts of the interface. The Chinese text is the message id: a lookup that knows it answers the text of the selected language;
-// without one the id itself is the text. Main thread, but for string(), which any thread may call.
+// Texts of the interface. The Chinese text is the message id: a lookup that knows it answers the text of the selected
+// language; without one the id itself is the text. Main thread, but for string(), which any thread may call.
 namespace L10n {
 
 // Answers the text for an id, or an empty string when the catalogue lacks it (then the id is shown).
@@ -18,8 +18,8 @@ using Lookup = std::function<std::string(std::string_view id)>;
 void install(Lookup lookup);
 std::string string(std::string_view id);
 
-// Fills the placeholders of a localised text: "%@" and "%d" take the arguments in order, "%1$@" takes the first, "%%" is a percent sign.
-// A placeholder without argument stays as it stands.
+// Fills the placeholders of a localised text: "%@" and "%d" take the arguments in order, "%1$@" takes the first, "%%"
+// is a percent sign. A placeholder without argument stays as it stands.
 std::string format(std::string_view text, std::initializer_list<std::string_view> arguments);
 
 }  // namespace L10n

@@ -6,7 +6,8 @@
 
 namespace quillmeter {
 
-// Runs jobs one after another, in the order they came. Jobs take values and give values; a result goes back by MainExecutor.
+// Runs jobs one after another, in the order they came. Jobs take values and give values; a result goes back by
+// MainExecutor.
 class SerialQueue {
  public:
   using Job = std::function<void()>;
@@ -14,11 +15,12 @@ class SerialQueue {
   virtual void post(Job job) = 0;
 };
 
-// How much the scheduler favours a queue's thread. `utility`: nice 10 and the idle I/O class (Linux), for work nobody waits for.
+// How much the scheduler favours a queue's thread. `utility`: nice 10 and the idle I/O class (Linux), for work nobody
+// waits for.
 enum class QueuePriority { normal, utility };
 
-// A serial queue on a thread of its own. The destructor drops the jobs that have not begun, lets the running one finish and
-// joins. An exception that leaves a job ends the process: jobs are written not to throw.
+// A serial queue on a thread of its own. The destructor drops the jobs that have not begun, lets the running one finish
+// and joins. An exception that leaves a job ends the process: jobs are written not to throw.
 class ThreadSerialQueue final : public SerialQueue {
  public:
   // `label` names the queue; the thread gets its last dotted part (15 bytes at most, the kernel's bound).
