@@ -1,0 +1,126 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Calendar.h"
+#include "base/Clock.h"
+#include "base/Observers.h"
+#include "platform/ForegroundApplication.h"
+#include "platform/InputIdle.h"
+#include "platform/ScreenLockSources.h"
+#include "platform/SessionEvents.h"
+#include "platform/TimerFactory.h"
+#include "screentime/ActivityArchiveStore.h"
+#include "screentime/model/ActivityRecorder.h"
+#include "screentime/model/ScreenLockTracker.h"
+
+namespace quillmeter {
+
+// What the monitor needs; all of it outlives the monitor.
+struct ScreenTimeDependencies {
+  const Clock& clock;
+  const MonotonicClock& monotonicClock;
+  std::function<Calendar()> currentCalendar;  // asked anew each time: the user travels
+  TimerFactory& timers;
+  ForegroundApplicationSource& foreground;
+  InputIdleSource& idle;
+  ScreenLockSources& locks;
+  SessionEvents& events;
+  ActivityArchiveStore& store;
+};
+
+// The one owner of the screen-time record: samples once a second while recording is on, reacts to sleep, lock and
+// session changes and keeps the stored archive. Main thread. One instance, made by the composition; it loads the
+// archive when it is made.
+class ScreenTimeMonitor {
+ public:
+  static constexpr double tickSeconds = 1.0;
+  static constexpr double tickToleranceSeconds = 0.1;
+  static constexpr double saveIntervalSeconds = 30.0;
+  static constexpr int keptDays = 30;  // today and the days before it
+
+  explicit ScreenTimeMonitor(ScreenTimeDependencies dependencies);
+  ScreenTimeMonitor(const ScreenTimeMonitor&) = delete;
+  ScreenTimeMonitor& operator=(const ScreenTimeMonitor&) = delete;
+  ~ScreenTimeMonitor();
+
+  // Begins to observe and to sample; a second call does nothing.
+  void start();
+  // Ignored while the stored archive cannot be read.
+  void setEnabled(bool on);
+  // Takes one sample with `foreground` in front. Nothing happens while recording is off or a storage error is pending.
+  void tick(const std::optional<RunningApplication>& foreground);
+  // For the user's "retry" while canRetrySave().
+  void retrySave();
+  // Removes the stored record and empties this one.
+  void clear();
+  // The program is about to end.
+  void willTerminate();
+
+  bool enabled() const { return enabled_; }
+  const std::optional<Date>& startedAt() const { return startedAt_; }
+  const std::vector<ActivitySpan>& spans() const { return recorder_.spans(); }
+  // The application being counted right now; absent while idle or not counting.
+  const std::optional<ActivityApp>& currentApp() const { return currentApp_; }
+  const std::string& state() const { return state_; }
+  const std::optional<std::string>& storageError() const { return storageError_; }
+  bool canRetrySave() const { return canRetrySave_; }
+  // Calls `changed` after each change of any of the above.
+  [[nodiscard]] Subscription observe(std::function<void()> changed) { return observers_.add(std::move(changed)); }
+
+ private:
+  // What of the record a save writes, to tell whether there is anything new to write.
+  struct Fingerprint {
+    std::uint64_t revision = 0;
+    std::optional<Date> startedAt;
+    bool enabled = false;
+    friend bool operator==(const Fingerprint&, const Fingerprint&) = default;
+  };
+
+  void tickNow();
+  void switchOn();
+  void switchOff();
+  void handle(SessionEvent event);
+  void handleLock(bool locked);
+  void pauseFor(bool& flag);
+  void resumeFrom(bool& flag);
+  ActivityRecorder::Sample readSample(const std::optional<RunningApplication>& foreground,
+                                      std::optional<bool> locked) const;
+  std::string stateFor(const ActivityRecorder::Sample& sample, std::optional<bool> locked) const;
+  bool load();
+  ArchiveOutcome acquire();
+  void report(ArchiveOutcome outcome);
+  void prune(Date now);
+  bool save();
+  void saveUnlessFailed();
+  void fail(std::string message, bool canRetry);
+  void clearError();
+  void stopCounting();
+  void publish();
+  Fingerprint fingerprint() const { return {recorder_.revision(), startedAt_, enabled_}; }
+
+  ScreenTimeDependencies dependencies_;
+  ActivityRecorder recorder_;
+  ScreenLockTracker lockTracker_;
+  bool enabled_ = false;
+  std::optional<Date> startedAt_;
+  std::optional<ActivityApp> currentApp_;
+  std::string state_;
+  std::optional<std::string> storageError_;
+  bool canRetrySave_ = false;
+  bool loadFailed_ = false;
+  bool systemAsleep_ = false;
+  bool displaysAsleep_ = false;
+  bool sessionInactive_ = false;
+  bool started_ = false;
+  std::optional<double> lastSaveUptime_;
+  Fingerprint saved_;
+  std::unique_ptr<Timer> timer_;
+  Observers<> observers_;
+};
+
+}  // namespace quillmeter
