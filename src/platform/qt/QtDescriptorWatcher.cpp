@@ -11,7 +11,11 @@ class QtDescriptorWatch final : public DescriptorWatch {
  public:
   QtDescriptorWatch(int descriptor, QSocketNotifier::Type type, std::function<void()> ready)
       : notifier_(new QSocketNotifier(descriptor, type)) {
-    QObject::connect(notifier_, &QSocketNotifier::activated, notifier_, [ready = std::move(ready)] { ready(); });
+    QObject::connect(notifier_, &QSocketNotifier::activated, notifier_, [ready = std::move(ready), inCall = inCall_] {
+      *inCall = true;
+      ready();
+      *inCall = false;
+    });
   }
   // Its own call may end it. Disabled at once, since the descriptor may be closed next; deleted when the event loop
   // turns.
@@ -24,6 +28,7 @@ class QtDescriptorWatch final : public DescriptorWatch {
 
  private:
   QSocketNotifier* notifier_;
+  std::shared_ptr<bool> inCall_ = std::make_shared<bool>(false);
 };
 
 }  // namespace

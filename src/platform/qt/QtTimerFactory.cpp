@@ -28,19 +28,28 @@ class QtTimer final : public Timer {
   QtTimer(double seconds, Qt::TimerType type, bool single, std::function<void()> fire) : timer_(new QTimer) {
     timer_->setTimerType(type);
     timer_->setSingleShot(single);
-    QObject::connect(timer_, &QTimer::timeout, timer_, [fire = std::move(fire)] { fire(); });
+    QObject::connect(timer_, &QTimer::timeout, timer_, [fire = std::move(fire), inCall = inCall_] {
+      *inCall = true;
+      fire();
+      *inCall = false;
+    });
     timer_->start(milliseconds(seconds));
   }
-  // Its own call may end it: the object, and with it the function that runs, lives until the event loop turns.
+  // Its own call may end it: then the object, and with it the function that runs, lives until the event loop turns.
   ~QtTimer() override {
     timer_->stop();
-    timer_->deleteLater();
+    if (*inCall_) {
+      timer_->deleteLater();
+    } else {
+      delete timer_;
+    }
   }
   QtTimer(const QtTimer&) = delete;
   QtTimer& operator=(const QtTimer&) = delete;
 
  private:
   QTimer* timer_;
+  std::shared_ptr<bool> inCall_ = std::make_shared<bool>(false);
 };
 
 }  // namespace
