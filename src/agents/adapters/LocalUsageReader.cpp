@@ -50,11 +50,12 @@ std::optional<Date> LocalUsageReader::date(const UsageValue& value) {
   return std::nullopt;
 }
 
-std::vector<UsageFile> LocalUsageReader::files(const std::filesystem::path& root, std::string_view extension) {
+std::vector<UsageFile> LocalUsageReader::files(const std::filesystem::path& root, std::string_view extension,
+                                               HiddenNames hidden) {
   const std::string suffix = "." + std::string(extension);
   std::vector<UsageFile> found;
   walkDirectory(
-      root, WalkOptions{.skipHidden = true},
+      root, WalkOptions{.skipHidden = hidden == HiddenNames::skip},
       [&](std::string_view name) { return name.size() > suffix.size() && name.ends_with(suffix); },
       [&](const WalkedFile& file) {
         found.push_back({file.path, {file.modifiedAt, file.size}});
@@ -64,7 +65,8 @@ std::vector<UsageFile> LocalUsageReader::files(const std::filesystem::path& root
   return found;
 }
 
-bool LocalUsageReader::lines(const std::filesystem::path& file, const LineConsumer& body, std::string_view marker) {
+bool LocalUsageReader::lines(const std::filesystem::path& file, const LineConsumer& body, std::string_view marker,
+                             const LineFilter& accept) {
   auto descriptor = opener_.open(file);
   if (!descriptor) return false;
   if (!scanner_ || scannerMarker_ != marker) {
@@ -72,6 +74,7 @@ bool LocalUsageReader::lines(const std::filesystem::path& file, const LineConsum
     scanner_.emplace(scannerMarker_, true);
   }
   const ScanEnd end = scanner_->scan(descriptor->get(), [&](const ScannedLine& line) {
+    if (accept && !accept(line.text)) return true;
     if (const auto object = parser_.parsePadded(line.text)) body(*object, line.index);
     return true;
   });

@@ -46,14 +46,18 @@ class LocalUsageReader {
   // Another text is read as ISO 8601. A text that begins with white space is no number.
   static std::optional<Date> date(const UsageValue& value);
 
-  // The regular files below `root` with exactly this extension (without dot), sorted by path; links and hidden names
-  // are left out.
-  static std::vector<UsageFile> files(const std::filesystem::path& root, std::string_view extension);
+  enum class HiddenNames { skip, include };
+  // The regular files below `root` with exactly this extension (without dot), sorted by path; links are left out.
+  static std::vector<UsageFile> files(const std::filesystem::path& root, std::string_view extension,
+                                      HiddenNames hidden = HiddenNames::skip);
 
   using LineConsumer = std::function<void(const JsonObject& line, std::uint64_t index)>;
+  using LineFilter = std::function<bool(std::string_view line)>;
   // The lines of a file that hold the marker and are a JSON object, each with its index (from 0) among all lines of the
   // file. False when the file could not be opened or read to its end; the lines before a read error are delivered.
-  bool lines(const std::filesystem::path& file, const LineConsumer& body, std::string_view marker = usageMarker);
+  // `accept` may refuse a marked line before it is parsed.
+  bool lines(const std::filesystem::path& file, const LineConsumer& body, std::string_view marker = usageMarker,
+             const LineFilter& accept = {});
 
   // Sessions in ascending order of their id, events within each in their order of arrival, without activityDate.
   static std::vector<AdapterUsageSession> grouped(std::vector<SessionEvent> events);
