@@ -29,11 +29,12 @@ struct CachedClaudeFile {
   CounterMagnitude magnitude;         // bound of every sum that this file can contribute to
 };
 
-// The fields of one reply line that count. `key` tells apart replies of one file and is empty when the line names none;
-// it is valid until the next line is read.
+// The fields of one reply line that count. The key tells apart the replies of one file: the lines of one reply share
+// it.
 struct ClaudeReply {
   Date date;
-  std::string_view key;
+  bool hasKey = false;
+  std::string_view key;  // valid until the next line is read; of no meaning without hasKey
   std::int64_t inputTokens = 0;
   std::int64_t creationTokens = 0;
   std::int64_t readTokens = 0;

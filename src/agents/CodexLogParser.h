@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,8 @@
 #include "base/LineScanner.h"
 
 namespace quillmeter {
+
+class CodexTail;
 
 // The cumulative usage of a session at one moment.
 using CodexPoint = AgentUsageEvent;
@@ -48,6 +51,7 @@ struct CachedCodexFile {
 class CodexLogParser {
  public:
   explicit CodexLogParser(FileOpener& opener);
+  ~CodexLogParser();
 
   // The record of one line, absent when the line is none. LineScanner::paddingBytes bytes behind it must be readable.
   static std::optional<CodexRecord> codexEvent(std::string_view line);
@@ -62,7 +66,7 @@ class CodexLogParser {
 
   FileOpener& opener_;
   LineScanner scanner_;
-  std::vector<char> tail_;
+  std::unique_ptr<CodexTail> tail_;
 };
 
 // The usage after `start`: last point - last point before `start`, each field at least 0; zero when the last point is
