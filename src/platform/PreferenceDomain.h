@@ -63,12 +63,12 @@ class PreferenceDomain {
   // All that is stored; absent when the domain was never written (or cannot be read).
   virtual std::optional<PreferenceSnapshot> snapshot() = 0;
 
-  // Writes all changes at once or none. A change to what is stored already writes nothing.
-  [[nodiscard]] virtual tl::expected<void, PreferenceProblem> apply(const PreferenceChanges& changes) = 0;
-  [[nodiscard]] tl::expected<void, PreferenceProblem> set(std::string_view key, PreferenceValue value) {
+  // Writes all changes at once or none; gives whether anything was written: a change to what is stored already is none.
+  [[nodiscard]] virtual tl::expected<bool, PreferenceProblem> apply(const PreferenceChanges& changes) = 0;
+  [[nodiscard]] tl::expected<bool, PreferenceProblem> set(std::string_view key, PreferenceValue value) {
     return apply({{std::string(key), std::move(value)}});
   }
-  [[nodiscard]] tl::expected<void, PreferenceProblem> remove(std::string_view key) {
+  [[nodiscard]] tl::expected<bool, PreferenceProblem> remove(std::string_view key) {
     return apply({{std::string(key), std::nullopt}});
   }
 

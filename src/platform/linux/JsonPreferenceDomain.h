@@ -36,7 +36,7 @@ class JsonPreferenceDomain final : public PreferenceDomain {
   std::optional<PreferenceValue> get(std::string_view key) override;
   bool contains(std::string_view key) override;
   std::optional<PreferenceSnapshot> snapshot() override;
-  [[nodiscard]] tl::expected<void, PreferenceProblem> apply(const PreferenceChanges& changes) override;
+  [[nodiscard]] tl::expected<bool, PreferenceProblem> apply(const PreferenceChanges& changes) override;
   std::vector<std::string> refresh() override;
   void setFreshness(PreferenceFreshness freshness) override;
   std::vector<PreferenceProblem> takeProblems() override;
