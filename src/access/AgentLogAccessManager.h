@@ -53,7 +53,9 @@ class AgentLogAccessManager {
                      std::function<void(const Result&)> completion);
   // Checks and stores a folder as the user named it.
   Result grantAccess(AgentLogProvider provider, const std::filesystem::path& picked);
-  void removeAccess(AgentLogProvider provider);
+  // An error only when the grant could not be taken out of the settings; it is not used any more in this run either
+  // way.
+  tl::expected<void, PreferenceProblem> removeAccess(AgentLogProvider provider);
 
   [[nodiscard]] Subscription onAccessRemoved(std::function<void(std::string_view providerRawValue)> callback) {
     return accessRemovedObservers_.add(std::move(callback));

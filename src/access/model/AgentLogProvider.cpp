@@ -24,11 +24,15 @@ constexpr std::array<ProviderRow, allAgentLogProviders.size()> rows = {{
     {"pi", "Pi", "sparkle", "~/.pi/agent"},
 }};
 
-const ProviderRow& row(AgentLogProvider provider) { return rows[static_cast<std::size_t>(provider)]; }
+const ProviderRow& row(AgentLogProvider provider) {
+  return rows[static_cast<std::size_t>(provider)];
+}
 
 }  // namespace
 
-std::string_view rawValue(AgentLogProvider provider) { return row(provider).rawValue; }
+std::string_view rawValue(AgentLogProvider provider) {
+  return row(provider).rawValue;
+}
 
 std::optional<AgentLogProvider> agentLogProviderFromRawValue(std::string_view text) {
   for (const AgentLogProvider provider : allAgentLogProviders) {
@@ -42,12 +46,20 @@ std::string title(AgentLogProvider provider) {
   return std::string(row(provider).productName);
 }
 
-std::string_view symbol(AgentLogProvider provider) { return row(provider).symbol; }
+std::string_view symbol(AgentLogProvider provider) {
+  return row(provider).symbol;
+}
 
-std::string_view expectedFolder(AgentLogProvider provider) { return row(provider).expectedFolder; }
+std::string_view expectedFolder(AgentLogProvider provider) {
+  return row(provider).expectedFolder;
+}
 
-std::string monitoringSettingsKey(AgentLogProvider provider) { return "settings.agentTokens." + std::string(rawValue(provider)); }
+std::string monitoringSettingsKey(AgentLogProvider provider) {
+  return "settings.agentTokens." + std::string(rawValue(provider));
+}
 
-std::string bookmarkKey(AgentLogProvider provider) { return "settings.agentLogs." + std::string(rawValue(provider)) + ".bookmark.v2"; }
+std::string bookmarkKey(AgentLogProvider provider) {
+  return "settings.agentLogs." + std::string(rawValue(provider)) + ".bookmark.v2";
+}
 
 }  // namespace quillmeter
