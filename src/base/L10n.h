@@ -28,3 +28,6 @@ std::string format(std::string_view text, std::initializer_list<std::string_view
 
 // Marks a text for the catalogue and looks it up: QM_TR("正在采样"). The argument is a string literal.
 #define QM_TR(id) (::quillmeter::L10n::string(id))
+
+// Marks a text for the catalogue where it stands in a table; L10n::string() looks it up when it is shown.
+#define QM_TR_NOOP(id) (id)
