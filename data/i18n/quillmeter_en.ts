@@ -55,5 +55,8 @@
     <message id="无法写入设置文件 %@（%@）。"><source/><translation>The settings file %@ cannot be written (%@).</translation></message>
     <message id="另一个程序正在写入设置文件 %@，请稍后再试。"><source/><translation>Another program is writing the settings file %@; try again in a moment.</translation></message>
     <message id="这个值无法保存到设置中。"><source/><translation>This value cannot be stored in the settings.</translation></message>
+    <message id="台式 Mac"><source/><translation>Desktop computer</translation></message>
+    <message id="本应用缓存已清理，暂无额外内存可释放"><source/><translation>This app's caches are cleared; nothing more to release</translation></message>
+    <message id="已释放 %@ 本应用内存"><source/><translation>Released %@ of this app’s memory</translation></message>
 </context>
 </TS>
