@@ -74,6 +74,7 @@ ThreadSerialQueue::~ThreadSerialQueue() {
     dropped.swap(state_->jobs);
   }
   state_->changed.notify_one();
+  dropped.clear();
   state_->thread.join();
 }
 
