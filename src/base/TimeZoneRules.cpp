@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
-#include <iterator>
 #include <limits>
 
 namespace quillmeter {
@@ -43,7 +42,6 @@ std::optional<Header> readHeader(std::string_view bytes) {
     if (count < 0 || count > maximumCount) return std::nullopt;
     header.counts[i] = static_cast<std::size_t>(count);
   }
-  if (header.types() == 0) return std::nullopt;
   return header;
 }
 
@@ -54,8 +52,9 @@ std::optional<TimeZoneRules> TimeZoneRules::fromFile(const std::filesystem::path
   constexpr std::uintmax_t maximumFileBytes = 1'048'576;
   const auto size = std::filesystem::file_size(file, error);  // an error for what is no regular file
   if (error || size > maximumFileBytes) return std::nullopt;
+  std::string bytes(size, '\0');
   std::ifstream stream(file, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+  if (!stream.read(bytes.data(), static_cast<std::streamsize>(size))) return std::nullopt;
   return fromBytes(bytes);
 }
 
@@ -85,6 +84,7 @@ std::optional<TimeZoneRules> TimeZoneRules::fromBytes(std::string_view bytes) {
     if (offset < -maximumOffset || offset > maximumOffset) return std::nullopt;
     offsetOfType.push_back(static_cast<int>(offset));
   }
+  if (offsetOfType.empty()) return std::nullopt;
   rules.firstOffset_ = offsetOfType.front();
   for (std::size_t i = 0; i < count; ++i) {
     const std::int64_t time = bigEndian(bytes.substr(i * timeBytes, timeBytes));
