@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -42,6 +43,15 @@ tl::expected<std::string, int> readArchive(const std::filesystem::path& path, st
   return bytes;
 }
 
+// A process that was killed while it saved leaves its temporary file; with the lock held, none of them is anybody's.
+void sweepTemporaryFiles(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    if (entry->path().filename().string().starts_with(".quillmeter-")) unlink(entry->path().c_str());
+  }
+}
+
 }  // namespace
 
 ActivityArchiveFile::ActivityArchiveFile(std::filesystem::path path) : path_(std::move(path)), lockPath_(path_) {
@@ -77,6 +87,7 @@ ArchiveOutcome ActivityArchiveFile::claim() {
   if (flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
     return errno == EWOULDBLOCK ? ArchiveOutcome::heldByOther : ArchiveOutcome::failed;
   lock_ = std::move(lock);
+  sweepTemporaryFiles(path_.parent_path());
   return ArchiveOutcome::done;
 }
 

@@ -1,5 +1,6 @@
 #include "screentime/model/ActivityArchive.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -21,6 +22,27 @@ Date dateFromReference(double seconds) {
   if (microseconds >= static_cast<double>(Date::distantFuture().microseconds - referenceDate.microseconds))
     return Date::distantFuture();
   return Date{static_cast<std::int64_t>(microseconds) + referenceDate.microseconds};
+}
+
+// The microseconds of a plain decimal number with up to six decimals, as it is written here. Read from the text,
+// because a double holds microseconds only within some 140 years. Absent for any other form.
+std::optional<Date> exactDate(std::string_view text) {
+  constexpr std::size_t maximumWholeDigits = 12;
+  constexpr std::size_t decimals = 6;
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  const std::size_t point = std::min(text.find('.'), text.size());
+  const std::size_t fractionDigits = text.size() - std::min(point + 1, text.size());
+  if (point == 0 || point > maximumWholeDigits || fractionDigits > decimals) return std::nullopt;
+  std::int64_t microseconds = 0;
+  for (const char digit : text) {
+    if (digit == '.') continue;
+    if (digit < '0' || digit > '9') return std::nullopt;
+    microseconds = microseconds * 10 + (digit - '0');
+  }
+  for (std::size_t count = fractionDigits; count < decimals; ++count) microseconds *= 10;
+  const Date date{(negative ? -microseconds : microseconds) + referenceDate.microseconds};
+  return std::clamp(date, Date::distantPast(), Date::distantFuture());
 }
 
 // Decimal and exact: a floating number would have to be rounded twice on its way to the file and back.
@@ -57,7 +79,7 @@ class ArchiveReader final : public nlohmann::json_sax<nlohmann::json> {
   }
   bool number_integer(number_integer_t value) override { return number(static_cast<double>(value)); }
   bool number_unsigned(number_unsigned_t value) override { return number(static_cast<double>(value)); }
-  bool number_float(number_float_t value, const string_t&) override { return number(value); }
+  bool number_float(number_float_t value, const string_t& text) override { return number(value, exactDate(text)); }
   bool string(string_t& value) override {
     if (ignoredDepth_ > 0 || isUnknown()) return true;
     if (place_ != Place::app) return false;
@@ -90,6 +112,11 @@ class ArchiveReader final : public nlohmann::json_sax<nlohmann::json> {
   enum class Place { start, root, spans, span, app, end };
   enum class Key { unknown, version, startedAt, enabled, spans, start, end, app, id, name };
 
+  struct Instant {
+    double seconds = 0;  // as it was read; finer than the date
+    Date date;
+  };
+
   Key keyNamed(std::string_view text) const;
   bool isUnknown() const {
     return key_ == Key::unknown && (place_ == Place::root || place_ == Place::span || place_ == Place::app);
@@ -106,7 +133,7 @@ class ArchiveReader final : public nlohmann::json_sax<nlohmann::json> {
     field = std::move(value);
     return true;
   }
-  bool number(double value);
+  bool number(double value, std::optional<Date> exact = std::nullopt);
   bool finishSpan();
 
   ActivityArchive& archive_;
@@ -116,8 +143,8 @@ class ArchiveReader final : public nlohmann::json_sax<nlohmann::json> {
   bool sawVersion_ = false;
   bool sawEnabled_ = false;
   bool sawSpans_ = false;
-  std::optional<double> start_;
-  std::optional<double> end_;
+  std::optional<Instant> start_;
+  std::optional<Instant> end_;
   std::optional<ActivityApp> app_;
   std::optional<std::string> id_;
   std::optional<std::string> name_;
@@ -142,7 +169,7 @@ ArchiveReader::Key ArchiveReader::keyNamed(std::string_view text) const {
   }
 }
 
-bool ArchiveReader::number(double value) {
+bool ArchiveReader::number(double value, std::optional<Date> exact) {
   if (ignoredDepth_ > 0 || isUnknown()) return true;
   if (!std::isfinite(value)) return false;
   if (place_ == Place::root && key_ == Key::version) {
@@ -151,11 +178,11 @@ bool ArchiveReader::number(double value) {
     return sawVersion_ = true;
   }
   if (place_ == Place::root && key_ == Key::startedAt) {
-    archive_.startedAt = dateFromReference(value);
+    archive_.startedAt = exact.value_or(dateFromReference(value));
     return true;
   }
   if (place_ != Place::span || (key_ != Key::start && key_ != Key::end)) return false;
-  (key_ == Key::start ? start_ : end_) = value;
+  (key_ == Key::start ? start_ : end_) = Instant{value, exact.value_or(dateFromReference(value))};
   return true;
 }
 
@@ -195,9 +222,8 @@ bool ArchiveReader::end_object() {
 bool ArchiveReader::finishSpan() {
   place_ = Place::spans;
   if (!start_ || !end_ || !app_ || archive_.spans.size() >= ActivityArchive::maximumSpans) return false;
-  const Date start = dateFromReference(*start_);
-  const Date end = dateFromReference(*end_);
-  if (start != end || *start_ >= *end_) archive_.spans.push_back({start, end, std::move(*app_)});
+  const bool isBelowResolution = start_->date == end_->date && start_->seconds < end_->seconds;
+  if (!isBelowResolution) archive_.spans.push_back({start_->date, end_->date, std::move(*app_)});
   return true;
 }
 
