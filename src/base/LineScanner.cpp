@@ -237,7 +237,8 @@ void LineScanner::keepUnfinished(std::size_t from) {
 
 void LineScanner::countUpTo(std::size_t end) {
   if (!countLines_ || end <= counted_) return;
-  lineIndex_ += static_cast<std::uint64_t>(std::count(buffer_.get() + counted_, buffer_.get() + end, '\n'));
+  // Lines of logs are long: the C library's search goes from one to the next faster than a count over all bytes.
+  for (std::size_t at = counted_; (at = findLineFeed(buffer_.get(), at, end)) != none; ++at) ++lineIndex_;
   counted_ = end;
 }
 
