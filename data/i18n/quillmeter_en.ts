@@ -156,5 +156,13 @@
     <message id="已连好 %d 个来源，正在找可统计的日志。"><source/><translation>%d sources connected. Looking for logs to count.</translation></message>
     <message id="已连好 %d 个来源，剩下的下次会接着来。"><source/><translation>%d sources connected. The rest can follow next time.</translation></message>
     <message id="正在连接 %@（%d/%d）"><source/><translation>Connecting %@ (%d/%d)</translation></message>
+    <message id="已是最新版本"><source/><translation>You have the newest version</translation></message>
+    <message id="发现新版本 %@（%@）"><source/><translation>New version %@ (%@)</translation></message>
+    <message id="新版需要更新的 macOS"><source/><translation>The new version needs a newer macOS</translation></message>
+    <message id="无法检查更新"><source/><translation>Could not check for updates</translation></message>
+    <message id="当前版本：%@"><source/><translation>Current version: %@</translation></message>
+    <message id="需要 macOS %@ 或更新版本。"><source/><translation>Needs macOS %@ or later.</translation></message>
+    <message id="请检查网络连接，稍后重试，也可前往官网下载最新版。"><source/><translation>Check the network connection and try again later, or download the newest version from the website.</translation></message>
+    <message id="正在检查更新…"><source/><translation>Checking for updates…</translation></message>
 </context>
 </TS>
