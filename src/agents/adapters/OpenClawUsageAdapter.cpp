@@ -178,6 +178,7 @@ void OpenClawUsageAdapter::readDatabase(const fs::path& agent, const fs::path& p
       unreadable = !error && fs::exists(path, error) ? 1 : 0;
       break;
     }
+    if (stamp->size == 0) break;  // just being made: a database without tables
     const OpenClawDatabaseUsage& usage = databaseUsage(real, *stamp);
     unreadable = usage.unreadable;
     events_.insert(events_.end(), usage.events.begin(), usage.events.end());
