@@ -164,5 +164,12 @@
     <message id="需要 macOS %@ 或更新版本。"><source/><translation>Needs macOS %@ or later.</translation></message>
     <message id="请检查网络连接，稍后重试，也可前往官网下载最新版。"><source/><translation>Check the network connection and try again later, or download the newest version from the website.</translation></message>
     <message id="正在检查更新…"><source/><translation>Checking for updates…</translation></message>
+    <message id="今天"><source/><translation>Today</translation></message>
+    <message id="本周"><source/><translation>This week</translation></message>
+    <message id="本月"><source/><translation>This month</translation></message>
+    <message id="Agent Token 监控已关闭"><source/><translation>Agent token monitoring is off</translation></message>
+    <message id="尚未选择 %@ 日志文件夹"><source/><translation>No log folder chosen yet for %@</translation></message>
+    <message id="%@ 的部分日志读取失败，统计可能不完整。"><source/><translation>Some logs of %@ could not be read; the figures may be incomplete.</translation></message>
+    <message id="所选文件夹中暂无可统计的 Agent 日志"><source/><translation>The chosen folders hold no agent logs to count yet</translation></message>
 </context>
 </TS>
