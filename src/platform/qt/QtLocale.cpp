@@ -26,6 +26,14 @@ void fillListPatterns(const QLocale& locale, LocaleConventions& conventions) {
   conventions.listEnd = between(four, u'3', u'4');
 }
 
+Weekday firstWeekdayOf(const QLocale& locale) {
+  // Weeks in China begin on Monday by national standard. The common locale data say so since release 42, the C
+  // library's always did; Qt 6.4 carries release 41.
+  if (locale.territory() == QLocale::China) return 1;
+  constexpr int daysPerWeek = 7;  // Qt counts Monday = 1 ... Sunday = 7
+  return static_cast<Weekday>(locale.firstDayOfWeek()) % daysPerWeek;
+}
+
 }  // namespace
 
 LocaleConventions localeConventions(std::string_view interfaceLanguage) {
@@ -35,8 +43,7 @@ LocaleConventions localeConventions(std::string_view interfaceLanguage) {
     conventions.decimalSeparator = numbers.decimalPoint().toStdString();
     conventions.groupingSeparator = numbers.groupSeparator().toStdString();
   }
-  constexpr int daysPerWeek = 7;  // Qt counts Monday = 1 ... Sunday = 7
-  conventions.firstWeekday = static_cast<Weekday>(userLocale("LC_TIME").firstDayOfWeek()) % daysPerWeek;
+  conventions.firstWeekday = firstWeekdayOf(userLocale("LC_TIME"));
   const bool chinese = interfaceLanguage == simplifiedChineseLanguage;
   fillListPatterns(chinese ? QLocale(QLocale::Chinese, QLocale::SimplifiedHanScript, QLocale::China)
                            : QLocale(QLocale::English, QLocale::UnitedStates),
