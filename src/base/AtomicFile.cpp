@@ -70,21 +70,22 @@ struct TemporaryName {
   }
 };
 
-int fillTemporary(FileDescriptor file, std::string_view bytes, const AtomicWriteOptions& options) {
-  if (::fchmod(file.get(), options.fileMode) != 0) return errno;
+constexpr mode_t temporaryFileMode = 0600;  // as mkostemp makes it
+
+int fillTemporary(FileDescriptor& file, std::string_view bytes, const AtomicWriteOptions& options, bool keepOpen) {
+  if (options.fileMode != temporaryFileMode && ::fchmod(file.get(), options.fileMode) != 0) return errno;
   if (const int error = writeAll(file.get(), bytes); error != 0) return error;
   if (options.synchronize) {
     if (const int error = errorOf([&] { return ::fsync(file.get()); }); error != 0) return error;
   }
   // A network file system may tell of a full disk only now.
-  if (::close(file.release()) != 0 && errno != EINTR) return errno;
+  if (!keepOpen && ::close(file.release()) != 0 && errno != EINTR) return errno;
   return 0;
 }
 
-}  // namespace
-
-tl::expected<void, int> writeFileAtomically(const fs::path& path, std::string_view bytes,
-                                            const AtomicWriteOptions& options) {
+// Gives the new file when it is to be kept open.
+tl::expected<FileDescriptor, int> replaceFile(const fs::path& path, std::string_view bytes,
+                                              const AtomicWriteOptions& options, bool keepOpen) {
   const auto target = linkTarget(path);
   if (!target) return tl::unexpected(target.error());
   const fs::path folder = target->has_parent_path() ? target->parent_path() : fs::path(".");
@@ -92,8 +93,11 @@ tl::expected<void, int> writeFileAtomically(const fs::path& path, std::string_vi
     if (const int error = makeFolders(folder, options.folderMode); error != 0) return tl::unexpected(error);
   }
   // Opened first: what cannot be synchronised is found before anything was written.
-  const FileDescriptor folderFile(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!folderFile) return tl::unexpected(errno);
+  FileDescriptor folderFile;
+  if (options.synchronize) {
+    folderFile.reset(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folderFile) return tl::unexpected(errno);
+  }
 
   // A short name of its own, because the target's may already have the longest length that a file system takes.
   TemporaryName temporary{(folder / ".quillmeter-XXXXXX").string()};
@@ -102,12 +106,26 @@ tl::expected<void, int> writeFileAtomically(const fs::path& path, std::string_vi
     temporary.armed = false;
     return tl::unexpected(errno);
   }
-  if (const int error = fillTemporary(std::move(file), bytes, options); error != 0) return tl::unexpected(error);
+  if (const int error = fillTemporary(file, bytes, options, keepOpen); error != 0) return tl::unexpected(error);
   if (::rename(temporary.path.c_str(), target->c_str()) != 0) return tl::unexpected(errno);
   temporary.armed = false;
   // The new file is in place for everybody; that a crash could still undo it is no reason to report that it is not.
   if (options.synchronize) errorOf([&] { return ::fsync(folderFile.get()); });
+  return file;
+}
+
+}  // namespace
+
+tl::expected<void, int> writeFileAtomically(const fs::path& path, std::string_view bytes,
+                                            const AtomicWriteOptions& options) {
+  const auto replaced = replaceFile(path, bytes, options, false);
+  if (!replaced) return tl::unexpected(replaced.error());
   return {};
+}
+
+tl::expected<FileDescriptor, int> replaceFileAtomically(const fs::path& path, std::string_view bytes,
+                                                        const AtomicWriteOptions& options) {
+  return replaceFile(path, bytes, options, true);
 }
 
 }  // namespace quillmeter

@@ -6,6 +6,8 @@
 #include <sys/types.h>
 #include <tl/expected.hpp>
 
+#include "base/FileDescriptor.h"
+
 namespace quillmeter {
 
 struct AtomicWriteOptions {
@@ -20,5 +22,10 @@ struct AtomicWriteOptions {
 // followed, so that a linked file stays a link.
 [[nodiscard]] tl::expected<void, int> writeFileAtomically(const std::filesystem::path& path, std::string_view bytes,
                                                           const AtomicWriteOptions& options = {});
+
+// The same, and gives the new file, still open: for who wants to know later whether it is still the one at `path`.
+[[nodiscard]] tl::expected<FileDescriptor, int> replaceFileAtomically(const std::filesystem::path& path,
+                                                                      std::string_view bytes,
+                                                                      const AtomicWriteOptions& options = {});
 
 }  // namespace quillmeter

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <chrono>
 #include <filesystem>
 #include <utility>
@@ -11,12 +13,12 @@
 namespace quillmeter {
 
 // A lock between programs that write the same file, held on a file of its own beside it (the file itself is replaced at
-// each write, so it cannot carry the lock). The lock file stays; a program that dies lets go of it. One thread at a
-// time.
+// each write, so it cannot carry the lock). The lock file stays; a program that dies lets go of it. Who waits gets his
+// turn, also when the others write without a pause. One thread at a time.
 class FileLock {
  public:
-  // Held until it is released. It holds nothing on a file system that knows no locks: one program at a time can be had
-  // there, no settings at all would be worse.
+  // Held until it is released. It holds nothing on a file system that knows no locks: two programs that write at once
+  // may lose a change there, but no settings at all would be worse.
   class Hold {
    public:
     explicit Hold(int fd) : fd_(fd) {}
@@ -40,6 +42,8 @@ class FileLock {
 
   const std::filesystem::path path_;
   FileDescriptor file_;
+  dev_t device_ = 0;  // of file_
+  ino_t number_ = 0;
 };
 
 }  // namespace quillmeter

@@ -93,6 +93,19 @@ int countAside(const fs::path& file) {
   return count;
 }
 
+using EncodedChanges = std::vector<std::pair<std::string, std::optional<JsonPreferenceEntry>>>;
+
+// Absent when any key or value has no text.
+std::optional<EncodedChanges> encode(const PreferenceChanges& changes) {
+  EncodedChanges encoded;
+  for (const auto& [key, value] : changes) {
+    auto entry = value ? makeJsonPreferenceEntry(*value) : std::nullopt;
+    if (value.has_value() != entry.has_value() || !isJsonPreferenceKey(key)) return std::nullopt;
+    encoded.emplace_back(key, std::move(entry));
+  }
+  return encoded;
+}
+
 }  // namespace
 
 struct JsonPreferenceDomain::State {
@@ -112,10 +125,9 @@ struct JsonPreferenceDomain::State {
   void load(const FileState& seen);
   Contents read(FileDescriptor opened, FileState& seen, JsonPreferenceEntries& result);
   void replaceEntries(JsonPreferenceEntries next);
-  bool changesNothing(const std::vector<std::pair<std::string, std::optional<JsonPreferenceEntry>>>& changes) const;
+  bool changesNothing(const EncodedChanges& changes) const;
   tl::expected<void, PreferenceProblem> moveAside();
   tl::expected<void, PreferenceProblem> write(JsonPreferenceEntries next);
-  void rememberWritten();
   void report(PreferenceProblem problem);
   PreferenceProblem problem(Kind kind, int error) const { return {kind, file, error, {}}; }
 
@@ -206,12 +218,12 @@ void JsonPreferenceDomain::State::replaceEntries(JsonPreferenceEntries next) {
   entries = std::move(next);
 }
 
-bool JsonPreferenceDomain::State::changesNothing(
-    const std::vector<std::pair<std::string, std::optional<JsonPreferenceEntry>>>& changes) const {
+bool JsonPreferenceDomain::State::changesNothing(const EncodedChanges& changes) const {
   return std::ranges::all_of(changes, [this](const auto& change) {
     const auto known = entries.find(change.first);
     if (!change.second) return known == entries.end();
-    return known != entries.end() && known->second.value == change.second->value;
+    // Of values that were read before the file was torn none is stored any more.
+    return contents != Contents::unparsable && known != entries.end() && known->second.value == change.second->value;
   });
 }
 
@@ -246,22 +258,19 @@ tl::expected<void, PreferenceProblem> JsonPreferenceDomain::State::write(JsonPre
     if (auto moved = moveAside(); !moved) return moved;
     contents = Contents::missing;
   }
-  const auto written = writeFileAtomically(file, text, {.synchronize = options.synchronize});
+  // The folder is there: the lock lies in it. A link may lead elsewhere, where none is made.
+  auto written = replaceFileAtomically(file, text, {.createFolders = false, .synchronize = options.synchronize});
   if (!written) return tl::unexpected(problem(Kind::unwritable, written.error()));
   entries = std::move(next);
-  rememberWritten();
-  return {};
-}
-
-void JsonPreferenceDomain::State::rememberWritten() {
   contents = Contents::good;
-  openFile.reset(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+  openFile = std::move(*written);
   struct stat status {};
-  if (openFile && ::fstat(openFile.get(), &status) == 0) {
+  if (::fstat(openFile.get(), &status) == 0) {
     fileState = stateFrom(status);
   } else {
     loaded = false;  // read again at the next occasion
   }
+  return {};
 }
 
 void JsonPreferenceDomain::State::report(PreferenceProblem problem) {
@@ -303,34 +312,25 @@ std::optional<PreferenceSnapshot> JsonPreferenceDomain::snapshot() {
 }
 
 tl::expected<bool, PreferenceProblem> JsonPreferenceDomain::apply(const PreferenceChanges& changes) {
-  std::vector<std::pair<std::string, std::optional<JsonPreferenceEntry>>> encoded;
-  for (const auto& [key, value] : changes) {
-    auto entry = value ? makeJsonPreferenceEntry(*value) : std::nullopt;
-    if ((value && !entry) || !isJsonPreferenceKey(key))
-      return tl::unexpected(state_->problem(Kind::invalidValue, EINVAL));
-    encoded.emplace_back(key, std::move(entry));
-  }
+  auto encoded = encode(changes);
+  if (!encoded) return tl::unexpected(state_->problem(Kind::invalidValue, EINVAL));
   State& state = *state_;
   const std::lock_guard guard(state.mutex);
-  state.look();
-  // Taking nothing away needs no file; a value needs one that can be read again.
-  const bool onlyRemoves = std::ranges::none_of(encoded, [](const auto& change) { return change.second.has_value(); });
-  const auto isSettled = [&] {
-    return (onlyRemoves || state.contents != State::Contents::unparsable) && state.changesNothing(encoded);
-  };
-  if (state.contents == State::Contents::unreadable)
-    return tl::unexpected(state.problem(Kind::unreadable, state.readError));
-  if (isSettled()) return false;
+  const auto unreadable = [&] { return tl::unexpected(state.problem(Kind::unreadable, state.readError)); };
+  // What seems to be stored already is looked at first, so that it costs no lock and makes no folder. All else is
+  // looked at under the lock.
+  if (!state.loaded || state.contents == State::Contents::unreadable || state.changesNothing(*encoded)) state.look();
+  if (state.contents == State::Contents::unreadable) return unreadable();
+  if (state.changesNothing(*encoded)) return false;
 
   const auto hold = state.lock.acquire(state.options.lockPatience);
   if (!hold)
     return tl::unexpected(state.problem(hold.error() == ETIMEDOUT ? Kind::busy : Kind::unwritable, hold.error()));
-  state.look();  // what others wrote before we held the lock
-  if (state.contents == State::Contents::unreadable)
-    return tl::unexpected(state.problem(Kind::unreadable, state.readError));
-  if (isSettled()) return false;
+  state.look();
+  if (state.contents == State::Contents::unreadable) return unreadable();
+  if (state.changesNothing(*encoded)) return false;
   JsonPreferenceEntries next = state.entries;
-  for (auto& [key, entry] : encoded) {
+  for (auto& [key, entry] : *encoded) {
     if (entry) {
       next.insert_or_assign(std::move(key), std::move(*entry));
     } else {
