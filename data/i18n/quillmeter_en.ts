@@ -144,7 +144,7 @@
     <message id="%@，每天"><source/><translation>%@, by day</translation></message>
     <message id="活跃会话"><source/><translation>Active sessions</translation></message>
     <message id="%@重置 (%@)"><source/><translation>resets %@ (%@)</translation></message>
-    <message id="已于%@重置 (%@)"><source/><translation>was reset %@ (%@)</translation></message>
+    <message id="已于 %@重置 (%@)"><source/><translation>was reset %@ (%@)</translation></message>
     <message id="Codex 使用额度"><source/><translation>Codex limits</translation></message>
     <message id="5 小时"><source/><translation>5 hours</translation></message>
     <message id="一周"><source/><translation>1 week</translation></message>
@@ -171,5 +171,11 @@
     <message id="尚未选择 %@ 日志文件夹"><source/><translation>No log folder chosen yet for %@</translation></message>
     <message id="%@ 的部分日志读取失败，统计可能不完整。"><source/><translation>Some logs of %@ could not be read; the figures may be incomplete.</translation></message>
     <message id="所选文件夹中暂无可统计的 Agent 日志"><source/><translation>The chosen folders hold no agent logs to count yet</translation></message>
+    <message id="Wi-Fi 已连接"><source/><translation>Wi-Fi connected</translation></message>
+    <message id="以太网已连接"><source/><translation>Ethernet connected</translation></message>
+    <message id="网络已连接"><source/><translation>Network connected</translation></message>
+    <message id="Wi-Fi 已关闭"><source/><translation>Wi-Fi is off</translation></message>
+    <message id="网络未连接"><source/><translation>Not connected</translation></message>
+    <message id="设备未接受更改，请在系统声音设置中重试。"><source/><translation>The device did not accept the change. Please try again in the system's sound settings.</translation></message>
 </context>
 </TS>

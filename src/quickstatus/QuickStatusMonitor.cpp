@@ -1,0 +1,139 @@
+#include "quickstatus/QuickStatusMonitor.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/L10n.h"
+#include "preferences/DashboardLayoutStorage.h"
+#include "preferences/PreferenceStore.h"
+#include "preferences/SettingsKeys.h"
+
+namespace quillmeter {
+
+namespace {
+
+QuickConnection connectionOf(const NetworkPath& path) {
+  if (!path.satisfied) return QuickConnection::offline;
+  if (path.usesWifi) return QuickConnection::wifi;
+  return path.usesWiredEthernet ? QuickConnection::ethernet : QuickConnection::other;
+}
+
+}  // namespace
+
+QuickStatusMonitor::QuickStatusMonitor(const QuickStatusServices& services)
+    : services_(services), self_(std::make_shared<QuickStatusMonitor*>(this)) {
+  services_.audio.onChange([self = std::weak_ptr(self_), &main = services_.mainExecutor] {
+    main.post([self] {
+      if (const auto monitor = self.lock(); monitor && *monitor) (*monitor)->refresh();
+    });
+  });
+}
+
+QuickStatusMonitor::~QuickStatusMonitor() {
+  services_.audio.onChange({});
+  *self_ = nullptr;
+}
+
+// A stored style that is none is drawn as the default one, which shows the connection.
+bool QuickStatusMonitor::isShown() const {
+  const std::string style = services_.preferences.value(SettingsKeys::menuBarStyle);
+  return style == SettingsKeys::defaultMenuBarStyle ||
+         std::ranges::find(SettingsKeys::menuBarStyles, style) == SettingsKeys::menuBarStyles.end() ||
+         DashboardLayoutStorage::hasConnectionOrAudioCards(services_.preferences);
+}
+
+void QuickStatusMonitor::configure() {
+  if (!isShown()) {
+    stop();
+  } else if (!isRunning()) {
+    start();
+  }
+}
+
+void QuickStatusMonitor::start() {
+  ++generation_;
+  path_ = services_.paths.start([this](const NetworkPath& path) { updateConnection(path); });
+  timer_ = services_.timers.repeating(periodSeconds, periodSeconds / 10, [this] { refresh(); });
+  refresh();
+}
+
+void QuickStatusMonitor::stop() {
+  ++generation_;
+  timer_.reset();
+  path_.reset();
+}
+
+void QuickStatusMonitor::updateConnection(const NetworkPath& path) {
+  const QuickConnection connection = connectionOf(path);
+  if (connection == snapshot_.connection) return;
+  snapshot_.connection = connection;
+  observers_.notify();
+}
+
+void QuickStatusMonitor::refresh() {
+  if (!isRunning() || isChanging() || reading_) return;
+  reading_ = true;
+  services_.queue.post([generation = generation_, self = std::weak_ptr(self_), &main = services_.mainExecutor,
+                        &wifi = services_.wifi, &audio = services_.audio] {
+    QuickStatusSnapshot reading;
+    const WifiFacts link = wifi.read();
+    reading.wifiPowered = link.powered;
+    reading.wifiRSSI = link.rssi;
+    reading.wifiRate = link.transmitRate;
+    QuickAudioHardware(audio).read(reading);
+    main.post([generation, self, reading = std::move(reading)]() mutable {
+      if (const auto monitor = self.lock(); monitor && *monitor) (*monitor)->publish(std::move(reading), generation);
+    });
+  });
+}
+
+void QuickStatusMonitor::publish(QuickStatusSnapshot reading, std::uint64_t generation) {
+  reading_ = false;
+  if (generation != generation_) return;
+  reading.connection = snapshot_.connection;
+  if (reading == snapshot_) return;
+  snapshot_ = std::move(reading);
+  observers_.notify();
+}
+
+void QuickStatusMonitor::perform(std::function<bool(QuickAudioHardware&)> change) {
+  ++changesInFlight_;
+  observers_.notify();
+  services_.queue.post([change = std::move(change), self = std::weak_ptr(self_), &main = services_.mainExecutor,
+                        &audio = services_.audio] {
+    QuickAudioHardware hardware(audio);
+    main.post([self, taken = change(hardware)] {
+      if (const auto monitor = self.lock(); monitor && *monitor) (*monitor)->finishChange(taken);
+    });
+  });
+}
+
+void QuickStatusMonitor::finishChange(bool taken) {
+  --changesInFlight_;
+  changeRefused_ = !taken;
+  observers_.notify();
+  refresh();
+}
+
+void QuickStatusMonitor::setVolume(double volume) {
+  perform([volume](QuickAudioHardware& hardware) { return hardware.setVolume(volume); });
+}
+
+void QuickStatusMonitor::setBalance(double balance, std::uint32_t deviceID) {
+  perform([balance, deviceID](QuickAudioHardware& hardware) { return hardware.setBalance(balance, deviceID); });
+}
+
+void QuickStatusMonitor::toggleMute() {
+  perform([](QuickAudioHardware& hardware) { return hardware.toggleMute(); });
+}
+
+void QuickStatusMonitor::selectOutput(std::uint32_t deviceID) {
+  perform([deviceID](QuickAudioHardware& hardware) { return hardware.selectOutput(deviceID); });
+}
+
+std::optional<std::string> QuickStatusMonitor::error() const {
+  if (!changeRefused_) return std::nullopt;
+  return QM_TR("设备未接受更改，请在系统声音设置中重试。");
+}
+
+}  // namespace quillmeter
