@@ -94,7 +94,7 @@ std::string bigEndian(std::int64_t value, int bytes) {
 }
 
 std::string header(int transitions, int types) {
-  return "TZif2" + std::string(15, '\0') + bigEndian(0, 12) + bigEndian(transitions, 4) + bigEndian(types, 4) +
+  return "TZif2" + std::string(15, '\0') + std::string(12, '\0') + bigEndian(transitions, 4) + bigEndian(types, 4) +
          bigEndian(4, 4);
 }
 
