@@ -1,0 +1,113 @@
+#include "ctl/UsageCommand.h"
+
+#include <cstring>
+#include <map>
+
+#include <CLI/CLI.hpp>
+
+#include "access/AgentLogFolders.h"
+#include "agents/model/AgentUsageEncoding.h"
+#include "base/FileOpener.h"
+#include "base/Iso8601.h"
+#include "base/L10n.h"
+#include "ctl/ProviderArgument.h"
+#include "ctl/ScanProgressLine.h"
+#include "ctl/UsageReport.h"
+#include "preferences/SettingsKeys.h"
+
+namespace quillmeter::ctl {
+
+void UsageCommand::declare(CLI::App& root, ChosenAction& chosen) {
+  CLI::App* command = root.add_subcommand("usage", QM_TR("今天、本周、本月的 Token 用量"));
+  command->add_flag("--json", json_, QM_TR("输出 JSON"));
+  command->add_option("--range", range_, QM_TR("柱状图的范围：today、week 或 month"))->type_name("RANGE");
+  command
+      ->add_option_function<std::string>(
+          "--now", [this](const std::string& text) { now_ = text; },
+          QM_TR("以此时刻代替当前时间，例如 2026-11-21T03:00:00Z"))
+      ->type_name("ISO");
+  command->add_option("--folder", folders_, QM_TR("只统计给出的文件夹，可重复，例如 codex=~/.codex"))
+      ->type_name("PROVIDER=DIR")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->allow_extra_args(false);
+  command->add_flag("--verbose", verbose_, QM_TR("在标准错误上列出无法读取的文件"));
+  command->callback([this, &chosen] { chosen = [this] { return run(); }; });
+}
+
+ExitCode UsageCommand::run() {
+  Console& console = context_.console;
+  const std::optional<Date> now = now_ ? parseIso8601(*now_) : context_.clock.now();
+  if (!now)
+    return console.wrongUse(L10n::format(QM_TR("“%@”不是 ISO 8601 时间，例如 2026-11-21T03:00:00Z。"), {*now_}));
+  const std::optional<AgentUsageRange> range = agentUsageRangeFromRawValue(range_);
+  if (!range) return console.wrongUse(L10n::format(QM_TR("没有“%@”这个范围，可选 today、week 或 month。"), {range_}));
+  const auto sourceList = sources();
+  if (!sourceList) return console.wrongUse(sourceList.error());
+
+  const Calendar calendar = Calendar::current(context_.locale.firstWeekday);
+  AgentUsageSnapshot snapshot;
+  if (folders_.empty() && !context_.preferences.value(SettingsKeys::tokenMonitoringEnabled)) {
+    snapshot.lastUpdated = *now;
+    snapshot.scanStatus = AgentScanStatus::monitoringDisabled();
+  } else {
+    snapshot = scan(*sourceList, calendar, *now);
+  }
+  if (json_) {
+    console.printLine(encodeAgentUsageSnapshot(snapshot, 2));
+  } else {
+    printUsageReport(context_, {snapshot, *sourceList, calendar, *now, *range, !folders_.empty()});
+  }
+  return ExitCode::done;
+}
+
+tl::expected<std::vector<AgentLogSource>, std::string> UsageCommand::sources() {
+  if (!folders_.empty()) return sourcesFromFolders();
+  std::vector<AgentLogSource> list;
+  for (const AgentLogProvider provider : allAgentLogProviders) {
+    if (!context_.preferences.boolean(monitoringSettingsKey(provider)).value_or(false)) continue;
+    list.push_back({provider, context_.access.location(provider)});
+  }
+  return list;
+}
+
+tl::expected<std::vector<AgentLogSource>, std::string> UsageCommand::sourcesFromFolders() {
+  std::map<AgentLogProvider, std::string> folders;  // ordered as the catalogue is
+  for (const std::string& argument : folders_) {
+    const std::size_t separator = argument.find('=');
+    if (separator == std::string::npos || separator + 1 == argument.size()) {
+      return tl::unexpected(L10n::format(QM_TR("“%@”不是 PROVIDER=DIR 的形式，例如 codex=~/.codex。"), {argument}));
+    }
+    const auto provider = providerArgument(argument.substr(0, separator));
+    if (!provider) return tl::unexpected(provider.error());
+    if (!folders.emplace(*provider, argument.substr(separator + 1)).second) {
+      return tl::unexpected(L10n::format(QM_TR("%@ 的文件夹给出了两次。"), {title(*provider)}));
+    }
+  }
+  std::vector<AgentLogSource> list;
+  for (const auto& [provider, folder] : folders) {
+    const auto location =
+        locationFromPickedFolder(provider, folder, context_.access.places().homeDirectory, context_.access.probe());
+    if (!location) context_.console.diagnose(location.error().errorDescription().value_or("") + " (" + folder + ")");
+    list.push_back({provider, location ? std::optional(*location) : std::nullopt});
+  }
+  return list;
+}
+
+AgentUsageSnapshot UsageCommand::scan(const std::vector<AgentLogSource>& sources, const Calendar& calendar, Date now) {
+  SystemFileOpener opener;
+  AgentUsageCollector collector(opener, calendar, makeAdapters_());
+  AgentUsageSnapshot snapshot;
+  {
+    const ScanProgressLine progressLine(context_.console, collector);
+    snapshot = collector.collect(sources, now);
+  }
+  if (verbose_) {
+    for (const UnreadableLog& log : collector.unreadableLogs()) {
+      context_.console.diagnose(L10n::format(QM_TR("%@：无法读取 %@"), {title(log.provider), log.path}) + " (" +
+                                std::strerror(log.error) + ")");
+    }
+  }
+  return snapshot;
+}
+
+}  // namespace quillmeter::ctl

@@ -1,0 +1,92 @@
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "access/AgentLogAccessManager.h"
+#include "base/Clock.h"
+#include "ctl/AgentsCommand.h"
+#include "ctl/CommandLine.h"
+#include "ctl/ConnectCommand.h"
+#include "ctl/Console.h"
+#include "ctl/SettingsCommand.h"
+#include "ctl/ToolCommandName.h"
+#include "ctl/UsageCommand.h"
+#include "platform/linux/DesktopApplicationIndex.h"
+#include "platform/linux/JsonPreferenceDomain.h"
+#include "platform/linux/SystemFolderProbe.h"
+#include "platform/linux/XdgPaths.h"
+#include "platform/qt/QtCatalogue.h"
+#include "platform/qt/QtLocale.h"
+#include "preferences/AppLanguage.h"
+#include "preferences/SettingText.h"
+#include "preferences/SettingsKeys.h"
+
+using namespace quillmeter;
+
+namespace {
+
+std::string_view environmentVariable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string_view() : value;
+}
+
+// Of the command line, else the stored choice; a language that does not exist is refused later.
+std::string languageFor(const std::vector<std::string>& arguments, const PreferenceStore& preferences) {
+  if (auto given = ctl::languageArgument(arguments)) return *given;
+  const AppLanguage selected = selectedAppLanguage(preferences);
+  return std::string(selected == AppLanguage::system ? systemLanguage() : rawValue(selected));
+}
+
+// The widget follows at its next reload.
+void mirrorLanguage(const XdgPaths& paths, const Clock& clock, const std::string& language) {
+  const std::string suite(SettingsKeys::sharedSuiteName);
+  const auto file = paths.sharedPreferences(suite);
+  if (!file) return;
+  JsonPreferenceDomain domain(suite, *file, clock, {.synchronize = false});
+  didSelectAppLanguage(language, &domain, {});
+}
+
+AgentUsageAdapters makeAdapters() {
+  return {};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  ctl::Console::occupyStandardDescriptors();
+  ctl::Console console(1, 2);
+  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+
+  const SystemClock clock;
+  const XdgPaths paths = XdgPaths::current();
+  const std::string domainName(SettingsKeys::standardDomainName);
+  JsonPreferenceDomain domain(domainName, paths.standardPreferences(domainName), clock);
+  PreferenceStore preferences(domain);
+  SettingsKeys::registerDefaults(preferences);
+  const std::string language = languageFor(arguments, preferences);
+  if (!installCatalogue(language)) installCatalogue(simplifiedChineseLanguage);
+
+  const SystemFolderProbe probe;
+  DesktopApplicationIndex applications(paths.dataDirectories);
+  AgentLogAccessManager access(preferences, probe, AgentSearchPlaces::standard(paths.home, environmentVariable("PATH")),
+                               &applications);
+  ctl::ToolContext context{
+      console,
+      preferences,
+      access,
+      clock,
+      localeConventions(language),
+      ctl::toolCommandName(std::getenv("QUILLMETER_COMMAND"), argc > 0 ? argv[0] : "quillmeterctl")};
+
+  ctl::CommandLine commandLine(console, QUILLMETER_VERSION);
+  commandLine.add(std::make_unique<ctl::UsageCommand>(context, makeAdapters));
+  commandLine.add(std::make_unique<ctl::AgentsCommand>(context));
+  commandLine.add(std::make_unique<ctl::ConnectCommand>(context));
+  commandLine.add(std::make_unique<ctl::SettingsCommand>(
+      context, [&](const std::string& selected) { mirrorLanguage(paths, clock, selected); }));
+  const ctl::ExitCode code = commandLine.run(arguments);
+  for (const PreferenceProblem& problem : domain.takeProblems()) console.diagnose(localizedDescription(problem));
+  return static_cast<int>(console.finish(code));
+}
