@@ -68,7 +68,7 @@ std::optional<AgentLogLocation> AgentLogAccessManager::locationLocked(AgentLogPr
   if (!stored) return std::nullopt;
 
   // A relative path means another folder in each program that reads it.
-  const bool isAbsolute = stored->starts_with('/') || stored->starts_with('~');
+  const bool isAbsolute = stored->starts_with('/') || *stored == "~" || stored->starts_with("~/");
   const auto folder = isAbsolute ? normalizedFolder(*stored, places_.homeDirectory, probe_) : std::nullopt;
   if (!folder || !probe_.isDirectory(*folder)) {
     forgetUnavailableBookmark(provider);

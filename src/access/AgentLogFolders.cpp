@@ -114,7 +114,8 @@ std::optional<fs::path> normalizedFolder(const fs::path& folder, const fs::path&
   if (text.empty() || text.find('\0') != std::string::npos) return std::nullopt;
   fs::path absolute = folder;
   if (text == "~" || text.starts_with(homePrefix)) {
-    absolute = home / text.substr(std::min(text.size(), homePrefix.size()));
+    const std::size_t start = text.find_first_not_of('/', 1);
+    absolute = start == std::string::npos ? home : home / text.substr(start);
   } else if (folder.is_relative()) {
     const auto workingFolder = probe.canonical(".");
     if (!workingFolder) return std::nullopt;
