@@ -68,8 +68,8 @@ void RtnetlinkInterfaces::onChange(std::function<void()> changed) {
 // Drops what the announcements since the last look made stale; true when that was anything.
 bool RtnetlinkInterfaces::takeChanges() {
   const Changes changes = receiveChanges();
-  // A link that goes down takes its IPv4 routes away without an announcement.
-  if (changes.links || changes.routes) knowsPrimary_ = false;
+  // A link that goes down or loses its last address takes its IPv4 routes away without announcing them.
+  if (changes.any()) knowsPrimary_ = false;
   if (changes.links) known_ = {};
   if (changes.addresses) known_.hasAddress = false;
   return changes.any();
