@@ -39,8 +39,9 @@ class Calendar {
  public:
   // `zone` is a name of the time-zone database ("Asia/Shanghai"). Absent when the database lacks it.
   static std::optional<Calendar> forZone(const std::string& zone, Weekday firstWeekday);
-  // The zone named by TZ (a database name, ":"-prefixed name or an absolute path into the database), else the
-  // machine's, else UTC. A TZ that cannot be found counts as UTC, as the C library does it.
+  // The zone named by TZ: a database name (below TZDIR where that is set), an absolute path of a zone file, either with a ":"
+  // before it, or a POSIX text with or without daylight-saving rules. Unset: the machine's zone. Empty, or nothing that can be
+  // read: UTC, as the C library does it.
   static Calendar current(Weekday firstWeekday);
   static Calendar utc(Weekday firstWeekday = 1);
 
@@ -63,7 +64,7 @@ class Calendar {
   Weekday weekday(Date date) const;
 
   Weekday firstWeekday() const { return firstWeekday_; }
-  // Name of the zone in the database.
+  // Name of the zone in the database; the POSIX text where TZ held one.
   std::string zoneName() const;
 
  private:

@@ -167,7 +167,6 @@ bool LineScanner::skipToLineEnd(std::size_t from) {
   missing_ = 0;
   skipping_ = end == none;
   if (skipping_) {
-    countUpTo(floor_);
     used_ = 0;
   } else {
     floor_ = end + 1;
