@@ -4,6 +4,7 @@
 #include <cerrno>
 
 #include "agents/JsonCursor.h"
+#include "agents/JsonString.h"
 #include "agents/KeySet.h"
 #include "agents/LogFields.h"
 

@@ -10,6 +10,7 @@
 
 #include "agents/CodexTail.h"
 #include "agents/JsonCursor.h"
+#include "agents/JsonString.h"
 #include "agents/LogFields.h"
 
 namespace quillmeter {

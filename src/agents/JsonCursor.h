@@ -2,7 +2,6 @@
 
 #include <bitset>
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 namespace quillmeter {
@@ -40,7 +39,6 @@ class JsonCursor {
  private:
   void skipSpace();
   bool skipString();
-  bool skipEscape();
   bool skipNumber();
   bool skipLiteral();
   bool skipDigits();
@@ -62,8 +60,4 @@ class JsonCursor {
 
 // Whether the bytes are UTF-8, which a JSON text has to be.
 bool isUtf8(std::string_view bytes);
-// A raw string of a JsonCursor with its escapes decoded into `buffer`; the raw string itself when it has none. A lone
-// surrogate becomes the three bytes that would encode it, so that different strings stay different.
-std::string_view unescapeJson(std::string_view raw, std::string& buffer);
-
 }  // namespace quillmeter

@@ -5,6 +5,7 @@
 #include <limits>
 #include <system_error>
 
+#include "agents/JsonString.h"
 #include "base/Iso8601.h"
 
 namespace quillmeter {

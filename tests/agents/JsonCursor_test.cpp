@@ -6,6 +6,7 @@
 #include <random>
 
 #include "AgentLogs.h"
+#include "agents/JsonString.h"
 #include "agents/LogFields.h"
 
 namespace quillmeter {
@@ -101,6 +102,47 @@ TEST(JsonCursor, agreesWithAnotherReader) {
     ASSERT_EQ(accepts(text), isJson) << text;
   }
   EXPECT_GT(accepted, 500);
+}
+
+// The place of the closing quote by the rules, one byte after the other; npos for a fault.
+std::size_t closingQuote(std::string_view text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    if (byte == '"') return at;
+    if (byte < 0x20) break;
+    if (byte != '\\') continue;
+    if (++at == text.size() || std::string_view("\"\\/bfnrtu").find(text[at]) == std::string_view::npos) break;
+    if (text[at] != 'u') continue;
+    if (text.size() - at < 5 ||
+        text.substr(at + 1, 4).find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos)
+      break;
+    at += 4;
+  }
+  return std::string_view::npos;
+}
+
+// Long strings full of backslashes, so that runs and escapes fall on every border of the blocks that are looked at
+// together.
+TEST(JsonString, endsWhereTheRulesSay) {
+  std::mt19937 random(7);
+  int found = 0;
+  for (int round = 0; round < 30'000; ++round) {
+    static constexpr std::string_view sound[] = {"a",   "abcdefghijklmnop", "\\\\", "\\\"", "\\n", "\\u00e9",
+                                                 "\\/", "\xC3\xA9",         "\x7F"};
+    static constexpr std::string_view faults[] = {"\"",     "\\", "\\x", "\\u12", "\x1F", std::string_view("\0", 1),
+                                                  "\\u00g0"};
+    std::string text;
+    for (auto parts = random() % 60; parts-- > 0;) text += sound[random() % std::size(sound)];
+    if (random() % 3 == 0) text.insert(random() % (text.size() + 1), faults[random() % std::size(faults)]);
+    if (random() % 4 != 0) text += "\" tail\\";
+    const PaddedText padded(text);
+    const char* begin = padded.view().data();
+    const char* quote = endOfJsonString(begin, begin + text.size());
+    const std::size_t expected = closingQuote(text);
+    ASSERT_EQ(quote == nullptr ? std::string_view::npos : static_cast<std::size_t>(quote - begin), expected) << text;
+    found += quote == nullptr ? 0 : 1;
+  }
+  EXPECT_GT(found, 10'000);
 }
 
 TEST(LogFields, integersComeFromNumbersAndDecimalStrings) {
