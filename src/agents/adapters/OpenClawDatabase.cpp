@@ -83,7 +83,7 @@ void OpenClawDatabase::run(UsageDatabase& database, const std::string& sql,
 }
 
 void OpenClawDatabase::take(std::string_view sessionID, std::vector<AdapterUsageEvent> events) {
-  for (AdapterUsageEvent& event : events) usage_.events.push_back({std::string(sessionID), std::move(event)});
+  if (!events.empty()) usage_.events.push_back({std::string(sessionID), std::move(events)});
 }
 
 void OpenClawDatabase::readEvents(UsageDatabase& database) {

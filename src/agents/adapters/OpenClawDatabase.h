@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "agents/adapters/LocalUsageReader.h"
 #include "agents/adapters/OpenClawLimits.h"
 #include "agents/adapters/TranscriptReader.h"
 #include "agents/adapters/UsageDatabase.h"
@@ -22,9 +21,15 @@ struct ColdArchiveFile {
   bool compressed = true;
 };
 
+// The events that one source holds of a session, in their order there.
+struct SourceEvents {
+  std::string sessionID;
+  std::vector<AdapterUsageEvent> events;
+};
+
 // What one database of an agent holds.
 struct OpenClawDatabaseUsage {
-  std::vector<SessionEvent> events;
+  std::vector<SourceEvents> events;
   std::vector<ColdArchiveFile> coldFiles;
   int unreadable = 0;   // sources that could not be read
   bool settled = true;  // false when a failure may be gone next time (a lock, say)

@@ -4,9 +4,9 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <iterator>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 #include "agents/adapters/TranscriptFileName.h"
@@ -56,18 +56,30 @@ std::string hexadecimal(const Sha256Digest::Bytes& bytes) {
   return text;
 }
 
-// Keeps the first event of each id.
+// Keeps the first event of each id. Copies are found by sorting: a set of ids would need more memory than the events.
 void dropCopies(std::vector<AdapterUsageEvent>& events) {
-  std::unordered_set<std::string_view> seen;
+  struct Place {
+    std::size_t hash;
+    std::uint32_t index;
+  };
+  std::vector<Place> places;
+  places.reserve(events.size());
+  for (std::uint32_t i = 0; i < events.size(); ++i) places.push_back({std::hash<std::string>()(events[i].id), i});
+  std::sort(places.begin(), places.end(), [&](const Place& a, const Place& b) {
+    if (a.hash != b.hash) return a.hash < b.hash;
+    const int order = events[a.index].id.compare(events[b.index].id);
+    return order != 0 ? order < 0 : a.index < b.index;
+  });
   std::vector<bool> isCopy(events.size());
-  for (std::size_t i = 0; i < events.size(); ++i) isCopy[i] = !seen.insert(events[i].id).second;
-  if (seen.size() == events.size()) return;
-  std::vector<AdapterUsageEvent> kept;
-  kept.reserve(seen.size());
-  for (std::size_t i = 0; i < events.size(); ++i) {
-    if (!isCopy[i]) kept.push_back(std::move(events[i]));
+  for (std::size_t i = 1; i < places.size(); ++i) {
+    isCopy[places[i].index] =
+        places[i].hash == places[i - 1].hash && events[places[i].index].id == events[places[i - 1].index].id;
   }
-  events = std::move(kept);
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < events.size(); ++i) {
+    if (!isCopy[i] && kept++ != i) events[kept - 1] = std::move(events[i]);
+  }
+  events.resize(kept);
 }
 
 // A source of a descriptor's bytes that remembers whether a failure was the descriptor's and not the data's.
@@ -97,11 +109,12 @@ std::vector<AdapterUsageSession> OpenClawUsageAdapter::sessions(const fs::path& 
   coldFiles_.endScan();
   std::erase_if(databases_, [this](const auto& item) { return item.second.scan != scan_; });
 
-  auto sessions = LocalUsageReader::grouped(std::exchange(events_, {}));
-  for (AdapterUsageSession& session : sessions) dropCopies(session.events);
-  std::erase_if(sessions, [since](const AdapterUsageSession& session) {
-    return session.lastActivity().value_or(Date::distantPast()) < since;
-  });
+  std::vector<AdapterUsageSession> sessions;
+  for (auto& [id, events] : std::exchange(events_, {})) {
+    dropCopies(events);
+    AdapterUsageSession session{id, std::move(events), std::nullopt};
+    if (session.lastActivity().value_or(Date::distantPast()) >= since) sessions.push_back(std::move(session));
+  }
   return sessions;
 }
 
@@ -181,7 +194,7 @@ void OpenClawUsageAdapter::readDatabase(const fs::path& agent, const fs::path& p
     if (stamp->size == 0) break;  // just being made: a database without tables
     const OpenClawDatabaseUsage& usage = databaseUsage(real, *stamp);
     unreadable = usage.unreadable;
-    events_.insert(events_.end(), usage.events.begin(), usage.events.end());
+    for (const SourceEvents& source : usage.events) take(source.sessionID, source.events);
     bool missing = false;
     for (const ColdArchiveFile& file : usage.coldFiles) {
       const ColdOutcome outcome = readColdFile(agent, file);
@@ -260,7 +273,9 @@ bool OpenClawUsageAdapter::parseColdFile(const fs::path& path, bool compressed, 
 }
 
 void OpenClawUsageAdapter::take(std::string_view sessionID, const std::vector<AdapterUsageEvent>& events) {
-  for (const AdapterUsageEvent& event : events) events_.push_back({std::string(sessionID), event});
+  if (events.empty()) return;
+  auto& session = events_[std::string(sessionID)];
+  session.insert(session.end(), events.begin(), events.end());
 }
 
 }  // namespace quillmeter

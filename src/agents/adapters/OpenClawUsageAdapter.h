@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -70,7 +71,7 @@ class OpenClawUsageAdapter final : public AgentUsageAdapter {
   FileCache<CachedFile> transcripts_;
   FileCache<CachedFile> coldFiles_;
   std::unordered_map<std::string, CachedDatabase> databases_;
-  std::vector<SessionEvent> events_;  // of the running call
+  std::map<std::string, std::vector<AdapterUsageEvent>> events_;  // of the running call, by session
   int unreadableSourceCount_ = 0;
   std::uint64_t scan_ = 0;
 };

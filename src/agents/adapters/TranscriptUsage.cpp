@@ -1,5 +1,6 @@
 #include "agents/adapters/TranscriptUsage.h"
 
+#include <functional>
 #include <utility>
 
 #include "agents/adapters/AssistantUsage.h"
@@ -29,13 +30,14 @@ void TranscriptUsage::append(const JsonObject& line, const UsageValue& fallbackT
     id = "response:" + std::string(*responseID);
   } else {
     const std::string fingerprint = fingerprintOf(*usage);
-    id = "anonymous:" + fingerprint + ":" + std::to_string(++anonymousCounts_[fingerprint]);
+    id = "anonymous:" + fingerprint + ":" + std::to_string(++anonymousCounts_[std::hash<std::string>()(fingerprint)]);
   }
   events_.push_back({std::move(id), usage->date, usage->metrics()});
 }
 
 std::vector<AdapterUsageEvent> TranscriptUsage::takeEvents() {
-  anonymousCounts_.clear();
+  anonymousCounts_ = {};
+  events_.shrink_to_fit();
   return std::exchange(events_, {});
 }
 

@@ -22,7 +22,8 @@ class TranscriptUsage {
 
  private:
   std::vector<AdapterUsageEvent> events_;
-  std::unordered_map<std::string, int> anonymousCounts_;
+  std::unordered_map<std::size_t, int>
+      anonymousCounts_;  // by the fingerprint's hash, of which a long transcript has many
 };
 
 }  // namespace quillmeter

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace quillmeter::test {
 
@@ -29,6 +30,8 @@ class ZstdWriter {
   }
 
   void append(std::string_view bytes) { run(bytes, ZSTD_e_continue); }
+  // What the stream has given so far, for who writes it piece by piece.
+  std::string take() { return std::exchange(frame_, {}); }
   std::string finish() {
     run({}, ZSTD_e_end);
     return std::move(frame_);
