@@ -47,9 +47,8 @@ THIRD_PARTY = [
     (re.compile(r"^simdjson\.h$"), "simdjson", ("agents", "agents/adapters")),
     (re.compile(r"^sqlite3\.h$"), "SQLite", ("agents/adapters",)),
     (re.compile(r"^zstd\.h$"), "zstd", ("agents/adapters",)),
-    (re.compile(r"^date/"), "date", ("base",)),
 ]
-HEADERLESS = {"simdjson", "SQLite", "zstd", "date"}  # third parties that must stay in .cpp files
+HEADERLESS = {"simdjson", "SQLite", "zstd"}  # third parties that must stay in .cpp files
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 
 

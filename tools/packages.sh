@@ -2,7 +2,7 @@
 
 BUILD_PACKAGES=(
   cmake ninja-build g++ pkg-config python3
-  libsimdjson-dev nlohmann-json3-dev libhowardhinnant-date-dev libfmt-dev libcli11-dev libexpected-dev libutf8proc-dev
+  libsimdjson-dev nlohmann-json3-dev libfmt-dev libcli11-dev libexpected-dev libutf8proc-dev
   libzstd-dev libsqlite3-dev libssl-dev
   qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-tools-dev-tools
   tzdata
