@@ -257,13 +257,32 @@ TEST_F(OpenClawDatabaseTest, aChangeIsSeenWhereverSqliteKeepsIt) {
   EXPECT_EQ(scan(), (Totals{}));
 }
 
-TEST_F(OpenClawDatabaseTest, aChangeWithinTheSameTickAsTheLastScanIsSeen) {
+TEST_F(OpenClawDatabaseTest, aChangeOfEqualSizeWithinTheSameTickAsTheLastScanIsSeen) {
   clock.instant = SystemClock().now();  // the file's date is too young to be relied on
   auto writer = makeDatabase();
-  for (int i = 1; i <= 50; ++i) {
-    addEvent(writer, "s", i, answer(std::to_string(i), 1));
-    ASSERT_EQ(scan(), (Totals{{"s", i}}));
+  writer.run("PRAGMA journal_mode = DELETE");
+  writer.run("PRAGMA synchronous = OFF");
+  addEvent(writer, "s", 1, answer("1", 1));
+  for (int i = 0; i < 100; ++i) {
+    const std::int64_t tokens = 1 + i % 9;
+    writer.run("UPDATE transcript_events SET event_json = ?", {answer("1", tokens)});
+    ASSERT_EQ(scan(), (Totals{{"s", tokens}}));
   }
+}
+
+TEST_F(OpenClawDatabaseTest, anUnchangedDatabaseIsNotReadAgain) {
+  auto writer = makeDatabase();
+  writer.run("PRAGMA journal_mode = DELETE");
+  addEvent(writer, "s", 1, answer("1", 1));
+  EXPECT_EQ(scan(), (Totals{{"s", 1}}));
+  writer.run("BEGIN EXCLUSIVE");  // who reads now has to wait in vain
+  EXPECT_EQ(scan(), (Totals{{"s", 1}}));
+  EXPECT_EQ(adapter.unreadableSourceCount(), 0);
+  adapter.clearCache();
+  EXPECT_EQ(scan(), (Totals{}));
+  EXPECT_EQ(adapter.unreadableSourceCount(), 1);
+  writer.run("ROLLBACK");
+  EXPECT_EQ(scan(), (Totals{{"s", 1}}));
 }
 
 TEST_F(OpenClawDatabaseTest, aColdFileTakenBackWhileItIsLookedForIsFoundInTheDatabase) {

@@ -49,8 +49,9 @@ inline std::string hexDigest(const std::string& bytes) {
   CryptoSha256 sha256;
   const auto digest = sha256.begin();
   digest->append(bytes);
+  const auto value = digest->finish().value();
   std::string text;
-  for (const auto byte : digest->finish().value()) {
+  for (const auto byte : value) {
     char digits[3];
     std::snprintf(digits, sizeof(digits), "%02x", byte);
     text += digits;
