@@ -19,12 +19,13 @@ void require(bool condition, const char* what) {
   std::abort();
 }
 
-// Whether the other reader may refuse a line that the grammar allows: lone surrogates, numbers beyond a double, a byte
-// order mark (which it takes), nesting beyond our bound.
+// Whether the other reader may see a line otherwise than the grammar: it refuses lone surrogates and numbers beyond a
+// double, takes a byte order mark and a zero byte as the end, and knows no bound of nesting.
 bool mayDiffer(const std::string& line) {
   static const std::regex number("[0-9][eE][+-]?[0-9]{3}|[0-9]{300}");
   return line.find("\\u") != std::string::npos || line.starts_with("\xEF\xBB\xBF") ||
-         line.size() > JsonCursor::maximumDepth || std::regex_search(line, number);
+         line.find('\0') != std::string::npos || line.size() > JsonCursor::maximumDepth ||
+         std::regex_search(line, number);
 }
 
 }  // namespace
@@ -34,8 +35,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string padded = line + std::string(LineScanner::paddingBytes, '"');
   const std::string_view view = std::string_view(padded).substr(0, size);
 
-  // The cursor and another reader agree on what is JSON; that one refuses lone surrogates and knows no bound of
-  // nesting.
   JsonCursor cursor(view);
   cursor.skip();
   const bool accepted = cursor.atEnd() && isUtf8(view);

@@ -23,9 +23,10 @@ bool isFraction(const std::optional<double>& value) {
   return !value || (std::isfinite(*value) && *value >= 0 && *value <= 1);
 }
 
-// JSON as another reader takes it, but for a lone surrogate, which it refuses.
+// JSON as another reader takes it, which refuses lone surrogates and numbers beyond a double.
 bool isJson(const std::string& text) {
-  return nlohmann::json::accept(text) || text.find("\\u") != std::string::npos;
+  static const std::regex number("[0-9][eE][+-]?[0-9]{3}|[0-9]{300}");
+  return nlohmann::json::accept(text) || text.find("\\u") != std::string::npos || std::regex_search(text, number);
 }
 
 }  // namespace

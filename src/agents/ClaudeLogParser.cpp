@@ -60,6 +60,60 @@ bool readMessage(JsonCursor& cursor, ClaudeReply& reply) {
   return hasUsage && !cursor.failed();
 }
 
+// The last members of a line, read from its end.
+struct TrailingFields {
+  std::optional<std::string_view> type;
+  std::optional<std::string_view> requestId;
+};
+
+// Cuts the last JSON scalar off `text` and gives its text, strings without quotes; absent when there is none or it
+// holds an escape.
+std::optional<std::string_view> takeLastScalar(std::string_view& text) {
+  if (text.empty()) return std::nullopt;
+  if (text.back() == '"') {
+    const std::size_t open = text.size() < 2 ? std::string_view::npos : text.rfind('"', text.size() - 2);
+    if (open == std::string_view::npos || (open > 0 && text[open - 1] == '\\')) return std::nullopt;
+    const std::string_view value = text.substr(open + 1, text.size() - open - 2);
+    text = text.substr(0, open);
+    return value.find('\\') == std::string_view::npos ? std::optional(value) : std::nullopt;
+  }
+  const std::size_t before = text.find_last_of(":,{}[]\" \t");
+  if (before == std::string_view::npos || before + 1 == text.size()) return std::nullopt;
+  const std::string_view value = text.substr(before + 1);
+  text = text.substr(0, before + 1);
+  return value;
+}
+
+bool takeLast(std::string_view& text, char byte) {
+  if (!text.ends_with(byte)) return false;
+  text.remove_suffix(1);
+  return true;
+}
+
+// The scalar members between the last container of the line and its end, which is where the id of a reply stands. If
+// the line is JSON, its last brace closes the whole, and what is read backwards from there is what a reading from the
+// front would find; if it is none, it does not count anyway.
+TrailingFields trailingFields(std::string_view line) {
+  constexpr int mostMembers = 16;
+  TrailingFields fields;
+  takeLast(line, '\r');
+  if (!takeLast(line, '}')) return fields;
+  for (int member = 0; member < mostMembers; ++member) {
+    const bool isString = line.ends_with('"');
+    const std::optional<std::string_view> value = takeLastScalar(line);
+    if (!value || !takeLast(line, ':') || !line.ends_with('"')) break;
+    const std::optional<std::string_view> key = takeLastScalar(line);
+    if (!key) break;
+    if (key == "type" && !fields.type) fields.type = value;
+    if (key == "requestId" && !fields.requestId) {
+      if (!isString) break;
+      fields.requestId = value;
+    }
+    if (!takeLast(line, ',')) break;
+  }
+  return fields;
+}
+
 bool countersInBounds(const ClaudeReply& reply) {
   return isCounterInBounds(reply.inputTokens) && isCounterInBounds(reply.creationTokens) &&
          isCounterInBounds(reply.readTokens) && isCounterInBounds(reply.outputTokens);
@@ -76,6 +130,10 @@ class ClaudeLogParser::Pass {
   }
 
   void consume(std::string_view line) {
+    // Most lines repeat a reply that was counted before. Their ends tell, and the long rest is not looked at.
+    const TrailingFields trailing = trailingFields(line);
+    if (trailing.type && *trailing.type != "assistant") return;
+    if (trailing.requestId && keys_.contains(*trailing.requestId)) return;
     const std::optional<ClaudeReply> reply = claudeReply(line, keyBuffer_);
     if (!reply || !keys_.insert(keyOf(*reply))) return;
     const std::int64_t input = reply->inputTokens + reply->creationTokens;

@@ -19,28 +19,30 @@ std::uint64_t hashOf(std::string_view key) {
   return std::hash<std::string_view>()(key);
 }
 
-}  // namespace
+std::uint64_t tagOf(std::uint64_t hash) {
+  return hash >> tagShift << tagShift;
+}
 
-bool KeySet::insert(std::string_view key) {
-  if (key.size() <= maximumKeyBytes) return insertBounded(key);
-  std::string stand(key.substr(0, maximumKeyBytes));
+// The key itself, or `stand` for one that is too long.
+std::string_view bounded(std::string_view key, std::string& stand) {
+  if (key.size() <= KeySet::maximumKeyBytes) return key;
+  stand = key.substr(0, KeySet::maximumKeyBytes);
   stand += '#';
   stand += std::to_string(key.size());
   stand += '#';
   stand += std::to_string(hashOf(key));
-  return insertBounded(stand);
+  return stand;
 }
 
-bool KeySet::insertBounded(std::string_view key) {
+}  // namespace
+
+bool KeySet::insert(std::string_view key) {
+  std::string stand;
+  key = bounded(key, stand);
   if ((count_ + 1) * 4 > slots_.size() * 3) grow();
-  const std::uint64_t hash = hashOf(key);
-  const std::uint64_t tag = hash >> tagShift << tagShift;
-  const std::size_t mask = slots_.size() - 1;
-  std::size_t slot = hash & mask;
-  for (; slots_[slot] != 0; slot = (slot + 1) & mask) {
-    if ((slots_[slot] & ~offsetMask) == tag && keyAt((slots_[slot] & offsetMask) - 1) == key) return false;
-  }
-  slots_[slot] = tag | (texts_.size() + 1);
+  const std::size_t slot = slotOf(key);
+  if (slots_[slot] != 0) return false;
+  slots_[slot] = tagOf(hashOf(key)) | (texts_.size() + 1);
   const auto length = static_cast<std::uint16_t>(key.size());
   const std::size_t offset = texts_.size();
   texts_.resize(offset + sizeof(length) + key.size());
@@ -48,6 +50,22 @@ bool KeySet::insertBounded(std::string_view key) {
   std::memcpy(texts_.data() + offset + sizeof(length), key.data(), key.size());
   ++count_;
   return true;
+}
+
+bool KeySet::contains(std::string_view key) const {
+  std::string stand;
+  return count_ != 0 && slots_[slotOf(bounded(key, stand))] != 0;
+}
+
+std::size_t KeySet::slotOf(std::string_view key) const {
+  const std::uint64_t hash = hashOf(key);
+  const std::size_t mask = slots_.size() - 1;
+  std::size_t slot = hash & mask;
+  for (; slots_[slot] != 0; slot = (slot + 1) & mask) {
+    const std::uint64_t entry = slots_[slot];
+    if ((entry & ~offsetMask) == tagOf(hash) && keyAt((entry & offsetMask) - 1) == key) break;
+  }
+  return slot;
 }
 
 std::string_view KeySet::keyAt(std::uint64_t offset) const {

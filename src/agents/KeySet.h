@@ -16,12 +16,14 @@ class KeySet {
 
   // False when the text was there before.
   bool insert(std::string_view key);
+  bool contains(std::string_view key) const;
   // Forgets all entries; keeps the buffers unless they have grown large.
   void clear();
   std::size_t size() const { return count_; }
 
  private:
-  bool insertBounded(std::string_view key);
+  // The slot of the entry, or the free one where it belongs. There is at least one slot.
+  std::size_t slotOf(std::string_view key) const;
   std::string_view keyAt(std::uint64_t offset) const;
   void grow();
 

@@ -59,6 +59,26 @@ TEST_F(ClaudeFile, theKeyIsRequestIdElseUuidElseTheMoment) {
             6);
 }
 
+// The id is looked for at the end of the line first; what only looks like one there must not hide a reply.
+TEST_F(ClaudeFile, whatLooksLikeAnIdAtTheEndOfALineHidesNothing) {
+  const std::string head =
+      R"({"timestamp":"2026-11-21T01:00:00Z","message":{"usage":{"output_tokens":3}},"type":"assistant",)";
+  const std::string first = head + R"("requestId":"a"})" + "\n";
+  for (const char* end :
+       {R"("requestId":"b","note":"x\",\"requestId\":\"a"})",
+        R"("requestId":"b","note":"\\","n":"\",\"type\":\"user"})",
+        R"("requestId":"b","in":{"requestId":"a","type":"user"}})", R"("requestId":"b","in":["type","user"]})",
+        R"("requestId":"a","requestId":"b"})", R"("requestId":"a","requestId":null,"uuid":"u"})",
+        R"("requestId":"a","requestId":7})", R"("requestId" : "b" , "x" : 1.5e3 } )", R"("requestId":"\u0062"})",
+        R"("uuid":"b","xrequestId":"a"})"}) {
+    EXPECT_EQ(total(first + head + end + "\n"), 6) << end;
+  }
+  for (const char* end : {R"("requestId":"a","x":false,"n":-1.5})", R"("requestId":"b","requestId":"a"})",
+                          R"("requestId":"a","in":{}})", R"("requestId":"a"} )", R"("requestId":"b","type":"user"})"}) {
+    EXPECT_EQ(total(first + head + end + "\n"), 3) << end;
+  }
+}
+
 TEST_F(ClaudeFile, anEmptyUsageIsNoEventButTakesItsKey) {
   const CachedClaudeFile file =
       parse(claudeLine("2026-11-21T01:00:00Z", "a", {1, 0, 0, 0}) + claudeLine("2026-11-21T05:00:00Z", "zero", {}) +
