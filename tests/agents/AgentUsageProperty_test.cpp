@@ -176,6 +176,11 @@ TEST_P(GeneratedHome, givesTheSameHoweverItIsScanned) {
   AgentUsageCollector collector(opener_, calendar_, {});
   const AgentUsageSnapshot snapshot = scan(collector, folder);
   EXPECT_EQ(scan(collector, folder), snapshot);
+  // A hole behind each file makes enough to read for several threads to start.
+  for (const GeneratedFile& file : files) {
+    std::filesystem::resize_file(folder.path() / file.path, file.bytes.size() + 1'000'000);
+    test::setModified(folder.path() / file.path, file.modifiedAt);
+  }
   for (const int threads : {1, 3}) {
     AgentUsageCollector fresh(opener_, calendar_, {});
     fresh.setMaximumThreads(threads);
