@@ -69,6 +69,7 @@ std::unique_ptr<DatabaseConnection> DatabaseConnection::open(const std::filesyst
     connection->handle_.reset();
     connection->copy_.reset();
     connection->stillStamp_.reset();
+    connection->disturbed_ = false;
     if (opening == Opening::failed) break;
   }
   return nullptr;
