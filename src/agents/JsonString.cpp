@@ -66,20 +66,6 @@ const char* behindEscape(const char* position, const char* end) {
   }
 }
 
-const char* endOfStringPortable(const char* position, const char* end) {
-  while (position < end) {
-    const std::ptrdiff_t run = plainRun(position);
-    position += run;
-    if (run == vectorBytes) continue;
-    if (position >= end) return nullptr;
-    if (*position == '"') return position;
-    if (*position != '\\') return nullptr;
-    position = behindEscape(position, end);
-    if (position == nullptr) return nullptr;
-  }
-  return nullptr;
-}
-
 #if defined(__x86_64__)
 
 // The bytes that an escape may have behind its backslash, by the halves of the byte: a byte is one of them when the
@@ -148,7 +134,7 @@ inline std::uint64_t escapedBits(std::uint64_t backslashes, std::uint64_t& carry
   return escaped;
 }
 
-// The same as above in blocks of 64 bytes without a branch for an escape, of which code in a string is full.
+// endOfJsonString in blocks of 64 bytes, without a branch for an escape, of which code in a string is full.
 [[gnu::target("avx2")]] const char* endOfStringWide(const char* position, const char* end) {
   std::uint64_t carry = 0;
   for (; position < end; position += 64) {
@@ -215,6 +201,20 @@ char simpleEscape(char byte) {
 
 }  // namespace
 
+const char* endOfJsonStringPortable(const char* position, const char* end) {
+  while (position < end) {
+    const std::ptrdiff_t run = plainRun(position);
+    position += run;
+    if (run == vectorBytes) continue;
+    if (position >= end) return nullptr;
+    if (*position == '"') return position;
+    if (*position != '\\') return nullptr;
+    position = behindEscape(position, end);
+    if (position == nullptr) return nullptr;
+  }
+  return nullptr;
+}
+
 const char* endOfJsonString(const char* position, const char* end) {
   // Most strings are keys and ids: one or two vectors.
   for (int probe = 0; probe < 3 && position < end; ++probe) {
@@ -227,7 +227,7 @@ const char* endOfJsonString(const char* position, const char* end) {
 #if defined(__x86_64__)
   if (hasWide) return endOfStringWide(position, end);
 #endif
-  return endOfStringPortable(position, end);
+  return endOfJsonStringPortable(position, end);
 }
 
 std::string_view unescapeJson(std::string_view raw, std::string& buffer) {
