@@ -16,6 +16,8 @@ TEST(AgentTokenMetrics, cacheHitRateIsAbsentWithoutInput) {
   EXPECT_EQ(AgentTokenMetrics{}.cacheHitRate(), std::nullopt);
   EXPECT_EQ((AgentTokenMetrics{5, 0, 5, 0, 0}.cacheHitRate()), std::nullopt);
   EXPECT_DOUBLE_EQ((AgentTokenMetrics{4, 1, 0, 3, 0}.cacheHitRate().value()), 0.75);
+  constexpr std::int64_t most = std::int64_t{1} << 62;
+  EXPECT_DOUBLE_EQ((AgentTokenMetrics{0, most, 0, most, 0}.cacheHitRate().value()), 0.5);
 }
 
 TEST(AgentTokenMetrics, aSessionCountsOnlyWhenItUsedSomething) {

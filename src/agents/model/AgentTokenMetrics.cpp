@@ -21,9 +21,9 @@ AgentTokenMetrics AgentTokenMetrics::countingSessionWhenUsed() const {
 }
 
 std::optional<double> AgentTokenMetrics::cacheHitRate() const {
-  const std::int64_t input = checkedAdd(inputTokens, cachedTokens);
+  const double input = static_cast<double>(inputTokens) + static_cast<double>(cachedTokens);  // may exceed 64 bits
   if (input < 1) return std::nullopt;
-  return static_cast<double>(cachedTokens) / static_cast<double>(input);
+  return static_cast<double>(cachedTokens) / input;
 }
 
 }  // namespace quillmeter
