@@ -67,7 +67,7 @@ MeminfoFields parseFields(std::string_view text) {
 
 MemoryPageCounts parseMeminfo(std::string_view text, std::uint64_t zramBytes, std::uint64_t pageBytes) {
   const MeminfoFields fields = parseFields(text);
-  if (!fields.total) return {};
+  if (fields.total.value_or(0) == 0) return {};
   const auto pages = [pageBytes](std::uint64_t kilobytes) { return kilobytes * 1024 / pageBytes; };
 
   MemoryPageCounts counts;
@@ -82,7 +82,7 @@ MemoryPageCounts parseMeminfo(std::string_view text, std::uint64_t zramBytes, st
   }
   counts.compressor = pages(fields.zswap.value_or(0)) + std::min(zramBytes, counts.physicalBytes) / pageBytes;
   if (!fields.available) {
-    counts.wired = pages(fields.unreclaimable);
+    counts.wired = pages(std::min(fields.unreclaimable, *fields.total));
     return counts;
   }
 

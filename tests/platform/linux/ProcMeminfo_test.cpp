@@ -75,7 +75,8 @@ TEST(ProcMeminfo, oddTextsKeepTheCountsWithinTheMemory) {
       {"MemTotal: 400 kB\nMemTotal\nMemAvailable:\n: 7\n\n\nSUnreclaim: 18446744073709551615 kB\n", 0},
   };
   for (const auto& [text, used] : cases) EXPECT_EQ(usedPages(parseMeminfo(text, 0, 4096)), used) << text;
-  for (const char* text : {"", "MemAvailable: 100 kB\n", "MemTotal: x kB\n", "MemTotal: 99999999999999999 kB\n"}) {
+  for (const char* text : {"", "MemAvailable: 100 kB\n", "MemTotal: x kB\n", "MemTotal: 0 kB\nSUnreclaim: 40 kB\n",
+                           "MemTotal: 99999999999999999 kB\n"}) {
     EXPECT_EQ(parseMeminfo(text, 0, 4096), MemoryPageCounts{}) << text;
   }
   EXPECT_EQ(usedPages(parseMeminfo("MemTotal: 400 kB\nMemAvailable: 100 kB\n", ~std::uint64_t{0}, 4096)), 75u);
