@@ -125,6 +125,7 @@
     <message id="只统计给出的文件夹，可重复，例如 codex=~/.codex"><source/><translation>Count the given folders only; may be repeated, for example codex=~/.codex</translation></message>
     <message id="在标准错误上列出无法读取的文件"><source/><translation>Name the files that cannot be read on standard error</translation></message>
     <message id="“%@”不是 ISO 8601 时间，例如 2026-11-21T03:00:00Z。"><source/><translation>“%@” is no ISO 8601 time such as 2026-11-21T03:00:00Z.</translation></message>
+    <message id="“%@”太早，无法统计。"><source/><translation>“%@” is too early to count from.</translation></message>
     <message id="没有“%@”这个范围，可选 today、week 或 month。"><source/><translation>There is no range “%@”; choose today, week or month.</translation></message>
     <message id="“%@”不是 PROVIDER=DIR 的形式，例如 codex=~/.codex。"><source/><translation>“%@” is not of the form PROVIDER=DIR, for example codex=~/.codex.</translation></message>
     <message id="%@ 的文件夹给出了两次。"><source/><translation>The folder of %@ is given twice.</translation></message>

@@ -39,12 +39,16 @@ ExitCode UsageCommand::run() {
   const std::optional<Date> now = now_ ? parseIso8601(*now_) : context_.clock.now();
   if (!now)
     return console.wrongUse(L10n::format(QM_TR("“%@”不是 ISO 8601 时间，例如 2026-11-21T03:00:00Z。"), {*now_}));
+  const Calendar calendar = Calendar::current(context_.locale.firstWeekday);
+  // A scan lists files from the day before the month on.
+  if (!calendar.adding(-1, CalendarUnit::day, calendar.startOfMonth(*now))) {
+    return console.wrongUse(L10n::format(QM_TR("“%@”太早，无法统计。"), {now_.value_or("")}));
+  }
   const std::optional<AgentUsageRange> range = agentUsageRangeFromRawValue(range_);
   if (!range) return console.wrongUse(L10n::format(QM_TR("没有“%@”这个范围，可选 today、week 或 month。"), {range_}));
   const auto sourceList = sources();
   if (!sourceList) return console.wrongUse(sourceList.error());
 
-  const Calendar calendar = Calendar::current(context_.locale.firstWeekday);
   AgentUsageSnapshot snapshot;
   if (folders_.empty() && !context_.preferences.value(SettingsKeys::tokenMonitoringEnabled)) {
     snapshot.lastUpdated = *now;
@@ -95,7 +99,7 @@ tl::expected<std::vector<AgentLogSource>, std::string> UsageCommand::sourcesFrom
 
 AgentUsageSnapshot UsageCommand::scan(const std::vector<AgentLogSource>& sources, const Calendar& calendar, Date now) {
   SystemFileOpener opener;
-  AgentUsageCollector collector(opener, calendar, makeAdapters_());
+  AgentUsageCollector collector(opener, calendar, makeAdapters_(opener));
   AgentUsageSnapshot snapshot;
   {
     const ScanProgressLine progressLine(context_.console, collector);

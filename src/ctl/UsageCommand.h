@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,9 +20,11 @@ namespace quillmeter::ctl {
 // `usage`: one scan of the agents' logs, as text or as the encoded snapshot.
 class UsageCommand final : public Command {
  public:
-  using MakeAdapters = AgentUsageAdapters (*)();
+  // Makes the adapters of the agents that the collector does not read itself; the opener outlives them.
+  using MakeAdapters = std::function<AgentUsageAdapters(FileOpener& opener)>;
 
-  UsageCommand(ToolContext& context, MakeAdapters makeAdapters) : context_(context), makeAdapters_(makeAdapters) {}
+  UsageCommand(ToolContext& context, MakeAdapters makeAdapters)
+      : context_(context), makeAdapters_(std::move(makeAdapters)) {}
   void declare(CLI::App& root, ChosenAction& chosen) override;
 
  private:

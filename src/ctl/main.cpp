@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "access/AgentLogAccessManager.h"
+#include "agents/adapters/AgentUsageAdapters.h"
 #include "base/Clock.h"
 #include "ctl/AgentsCommand.h"
 #include "ctl/CommandLine.h"
@@ -13,6 +14,7 @@
 #include "ctl/SettingsCommand.h"
 #include "ctl/ToolCommandName.h"
 #include "ctl/UsageCommand.h"
+#include "platform/linux/CryptoSha256.h"
 #include "platform/linux/DesktopApplicationIndex.h"
 #include "platform/linux/JsonPreferenceDomain.h"
 #include "platform/linux/SystemFolderProbe.h"
@@ -48,10 +50,6 @@ void mirrorLanguage(const XdgPaths& paths, const Clock& clock, const std::string
   didSelectAppLanguage(language, &domain, {});
 }
 
-AgentUsageAdapters makeAdapters() {
-  return {};
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -80,6 +78,8 @@ int main(int argc, char** argv) {
       localeConventions(language),
       ctl::toolCommandName(std::getenv("QUILLMETER_COMMAND"), argc > 0 ? argv[0] : "quillmeterctl")};
 
+  CryptoSha256 sha256;
+  const auto makeAdapters = [&](FileOpener& opener) { return makeAgentUsageAdapters(opener, sha256, clock); };
   ctl::CommandLine commandLine(console, QUILLMETER_VERSION);
   commandLine.add(std::make_unique<ctl::UsageCommand>(context, makeAdapters));
   commandLine.add(std::make_unique<ctl::AgentsCommand>(context));

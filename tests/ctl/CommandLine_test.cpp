@@ -27,6 +27,7 @@ TEST(CommandLine, wrongUseIsOneSentenceOnStandardErrorAndStatusTwo) {
       {{"usage", "--now", "yesterday"}, "“yesterday”不是 ISO 8601 时间", "“yesterday” is no ISO 8601 time"},
       {{"usage", "--now", "2026-02-30T00:00:00Z"}, "不是 ISO 8601 时间", "is no ISO 8601 time"},
       {{"usage", "--now", ""}, "“”不是 ISO 8601 时间", "“” is no ISO 8601 time"},
+      {{"usage", "--now", "0001-01-01T00:00:00Z"}, "太早", "too early"},
       {{"usage", "--range", "year"}, "没有“year”这个范围", "There is no range “year”"},
       {{"usage", "--folder", "codex"}, "“codex”不是 PROVIDER=DIR", "“codex” is not of the form PROVIDER=DIR"},
       {{"usage", "--folder", "codex="}, "不是 PROVIDER=DIR", "is not of the form PROVIDER=DIR"},

@@ -176,6 +176,19 @@ TEST(UsageCommand, countsGrantedFoldersOfEnabledAgents) {
               HasSubstr(R"("totalTokens": 47100)"));
 }
 
+TEST(UsageCommand, saysThatQwenGivesNoFiguresWhereItsLogsWereRead) {
+  ToolRun tool;
+  const std::string log = "agents/.qwenworkcn/logs/sessions/s1/segments/1.jsonl";
+  const std::vector<std::string> usage = {"usage", "--now", "2026-03-01T02:00:00Z", "--folder", "qwenOffice=agents/.qwenworkcn"};
+  const std::string note = "已读取日志 · 千问暂未提供 Token 数字";
+  const std::string begin = R"({"type":"model.response.completed","ts":"2026-03-01T01:00:00Z","turn_id":"t","data":{)";
+  tool.scratch().write(log, begin + "}}\n");
+  EXPECT_THAT(tool.run(usage).out, HasSubstr("千问办公"));
+  EXPECT_THAT(tool.run(usage).out, HasSubstr(note));
+  tool.scratch().write(log, begin + R"("input_tokens":3,"output_tokens":4}})" + "\n");
+  EXPECT_THAT(tool.run(usage).out, Not(HasSubstr(note)));
+}
+
 TEST(UsageCommand, withoutGrantsItGivesTheCommandsThatConnect) {
   ToolRun tool;
   tool.environment["QUILLMETER_COMMAND"] = "./run.sh";
