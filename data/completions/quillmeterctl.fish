@@ -1,0 +1,29 @@
+# fish completion of quillmeterctl
+
+set -l commands usage agents connect disconnect enable disable settings
+set -l providers codex claude qwenOffice workBuddy opencode hermes openclaw pi
+set -l none "not __fish_seen_subcommand_from $commands"
+set -l changing "__fish_seen_subcommand_from disconnect enable disable"
+set -l settings "__fish_seen_subcommand_from settings"
+
+complete -c quillmeterctl -f
+complete -c quillmeterctl -s h -l help -d 'Show help'
+complete -c quillmeterctl -l language -x -a 'zh-Hans en' -d 'Language of the output'
+complete -c quillmeterctl -n $none -l version -d 'Show the version'
+complete -c quillmeterctl -n $none -a usage -d 'Tokens of today, this week and this month'
+complete -c quillmeterctl -n $none -a agents -d 'The eight agents and their state'
+complete -c quillmeterctl -n $none -a connect -d 'Allow reading a log folder'
+complete -c quillmeterctl -n $none -a disconnect -d 'Forget a folder'
+complete -c quillmeterctl -n $none -a enable -d 'Count an agent'
+complete -c quillmeterctl -n $none -a disable -d 'Stop counting an agent'
+complete -c quillmeterctl -n $none -a settings -d 'List, read or change settings'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from usage agents' -l json -d 'Print JSON'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from usage' -l range -x -a 'today week month' -d 'Range of the bars'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from usage' -l now -x -d 'Take this instant for now'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from usage' -l folder -x -a "(printf '%s=\n' $providers)" -d 'Count this folder only'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from usage' -l verbose -d 'Name the files that cannot be read'
+complete -c quillmeterctl -n "__fish_seen_subcommand_from connect; and not __fish_seen_subcommand_from $providers" -a "$providers"
+complete -c quillmeterctl -n "__fish_seen_subcommand_from connect; and __fish_seen_subcommand_from $providers" -a '(__fish_complete_directories)'
+complete -c quillmeterctl -n "$changing; and not __fish_seen_subcommand_from $providers" -a "$providers"
+complete -c quillmeterctl -n "$settings; and not __fish_seen_subcommand_from get set unset" -a 'get set unset'
+complete -c quillmeterctl -n "$settings; and __fish_seen_subcommand_from get set unset" -a "(quillmeterctl settings 2>/dev/null | string match -rg '^(\S+\.\S+)')"
