@@ -1,6 +1,7 @@
 #include "agents/adapters/TranscriptUsage.h"
 
 #include <functional>
+#include <string_view>
 #include <utility>
 
 #include "agents/adapters/AssistantUsage.h"
@@ -27,10 +28,15 @@ void TranscriptUsage::append(const JsonObject& line, const UsageValue& fallbackT
   std::string id;
   const auto responseID = line.object("message")->string("responseId");
   if (responseID && !responseID->empty()) {
-    id = "response:" + std::string(*responseID);
+    constexpr std::string_view prefix = "response:";
+    id.reserve(prefix.size() + responseID->size());  // kept for long: not a byte more
+    id.append(prefix).append(*responseID);
   } else {
     const std::string fingerprint = fingerprintOf(*usage);
-    id = "anonymous:" + fingerprint + ":" + std::to_string(++anonymousCounts_[std::hash<std::string>()(fingerprint)]);
+    const std::string count = std::to_string(++anonymousCounts_[std::hash<std::string>()(fingerprint)]);
+    constexpr std::string_view prefix = "anonymous:";
+    id.reserve(prefix.size() + fingerprint.size() + 1 + count.size());
+    id.append(prefix).append(fingerprint).append(":").append(count);
   }
   events_.push_back({std::move(id), usage->date, usage->metrics()});
 }
