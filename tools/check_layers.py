@@ -47,8 +47,9 @@ THIRD_PARTY = [
     (re.compile(r"^simdjson\.h$"), "simdjson", ("agents", "agents/adapters")),
     (re.compile(r"^sqlite3\.h$"), "SQLite", ("agents/adapters",)),
     (re.compile(r"^zstd\.h$"), "zstd", ("agents/adapters",)),
+    (re.compile(r"^systemd/"), "sd-bus", ("platform/linux",)),
 ]
-HEADERLESS = {"simdjson", "SQLite", "zstd"}  # third parties that must stay in .cpp files
+HEADERLESS = {"simdjson", "SQLite", "zstd", "sd-bus"}  # third parties that must stay in .cpp files
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 
 
