@@ -2,6 +2,7 @@
 
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -19,16 +20,18 @@ constexpr std::size_t aligned(std::size_t bytes) {
 
 }  // namespace
 
-std::optional<std::span<const std::byte>> RtnetlinkMessage::attribute(std::size_t bodyBytes, int attributeType) const {
-  std::size_t offset = NLMSG_HDRLEN + aligned(bodyBytes);
-  while (const auto head = valueAt<rtattr>(offset)) {
-    if (head->rta_len < sizeof(rtattr) || head->rta_len > bytes_.size() - offset) break;
-    if ((head->rta_type & NLA_TYPE_MASK) == attributeType) {
-      return bytes_.subspan(offset + RTA_LENGTH(0), head->rta_len - RTA_LENGTH(0));
-    }
-    offset += aligned(head->rta_len);
+std::optional<std::span<const std::byte>> netlinkAttribute(std::span<const std::byte> bytes, int type) {
+  while (const auto head = RtnetlinkMessage(bytes).valueAt<rtattr>(0)) {
+    if (head->rta_len < sizeof(rtattr) || head->rta_len > bytes.size()) break;
+    if ((head->rta_type & NLA_TYPE_MASK) == type) return bytes.first(head->rta_len).subspan(RTA_LENGTH(0));
+    bytes = bytes.subspan(std::min(aligned(head->rta_len), bytes.size()));
   }
   return std::nullopt;
+}
+
+std::optional<std::span<const std::byte>> RtnetlinkMessage::attribute(std::size_t bodyBytes, int attributeType) const {
+  const std::size_t offset = NLMSG_HDRLEN + aligned(bodyBytes);
+  return bytes_.size() < offset ? std::nullopt : netlinkAttribute(bytes_.subspan(offset), attributeType);
 }
 
 std::string_view RtnetlinkMessage::attributeText(std::size_t bodyBytes, int attributeType) const {
@@ -51,13 +54,22 @@ void RtnetlinkRequest::append(const void* data, std::size_t bytes) {
   size_ += aligned(bytes);
 }
 
-RtnetlinkRequest& RtnetlinkRequest::addText(int attributeType, std::string_view text) {
-  const std::string terminated(text.substr(0, 128));
+void RtnetlinkRequest::addAttribute(int attributeType, const void* data, std::size_t bytes) {
   rtattr head{};
-  head.rta_len = static_cast<unsigned short>(RTA_LENGTH(terminated.size() + 1));
+  head.rta_len = static_cast<unsigned short>(RTA_LENGTH(bytes));
   head.rta_type = static_cast<unsigned short>(attributeType);
   append(&head, sizeof head);
-  append(terminated.c_str(), terminated.size() + 1);
+  append(data, bytes);
+}
+
+RtnetlinkRequest& RtnetlinkRequest::addText(int attributeType, std::string_view text) {
+  const std::string terminated(text.substr(0, 128));
+  addAttribute(attributeType, terminated.c_str(), terminated.size() + 1);
+  return *this;
+}
+
+RtnetlinkRequest& RtnetlinkRequest::addNumber(int attributeType, std::uint32_t value) {
+  addAttribute(attributeType, &value, sizeof value);
   return *this;
 }
 
@@ -70,11 +82,12 @@ std::span<const std::byte> RtnetlinkRequest::finished(std::uint32_t sequence) {
   return {bytes_, size_};
 }
 
-RtnetlinkSocket::RtnetlinkSocket()
-    : socket_(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE)), buffer_(bufferBytes) {
+RtnetlinkSocket::RtnetlinkSocket(int protocol)
+    : socket_(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, protocol)), buffer_(bufferBytes) {
   // Lets the kernel filter dumps by table and interface; without it (before 4.20) the caller's own filter does.
   const int on = 1;
-  if (socket_) ::setsockopt(socket_.get(), SOL_NETLINK, NETLINK_GET_STRICT_CHK, &on, sizeof on);
+  if (socket_ && protocol == NETLINK_ROUTE)
+    ::setsockopt(socket_.get(), SOL_NETLINK, NETLINK_GET_STRICT_CHK, &on, sizeof on);
 }
 
 int RtnetlinkSocket::ask(RtnetlinkRequest request, const std::function<void(const RtnetlinkMessage&)>& visit) {

@@ -17,7 +17,11 @@
 
 namespace quillmeter {
 
-// One message of the kernel's routing socket, header included. Valid during the call that hands it over.
+// The payload of the first attribute of `type` among the attributes in `bytes`, which may be nested ones; absent when
+// there is none.
+std::optional<std::span<const std::byte>> netlinkAttribute(std::span<const std::byte> bytes, int type);
+
+// One message of a netlink socket (routing, generic), header included. Valid during the call that hands it over.
 class RtnetlinkMessage {
  public:
   explicit RtnetlinkMessage(std::span<const std::byte> bytes) : bytes_(bytes) {}
@@ -71,22 +75,24 @@ class RtnetlinkRequest {
     append(&body, sizeof body);
   }
   RtnetlinkRequest& addText(int attributeType, std::string_view text);
+  RtnetlinkRequest& addNumber(int attributeType, std::uint32_t value);
   // With the sequence number set.
   std::span<const std::byte> finished(std::uint32_t sequence);
 
  private:
   RtnetlinkRequest(int type, int flags);
   void append(const void* data, std::size_t bytes);
+  void addAttribute(int attributeType, const void* data, std::size_t bytes);
 
   std::byte bytes_[256] = {};
   std::size_t size_ = 0;
 };
 
-// A routing socket for questions. The kernel puts its answer into the socket while it takes the question, so that
-// asking never waits.
+// A routing socket for questions, or one of another netlink protocol. The kernel puts its answer into the socket while
+// it takes the question, so that asking never waits.
 class RtnetlinkSocket {
  public:
-  RtnetlinkSocket();
+  explicit RtnetlinkSocket(int protocol = NETLINK_ROUTE);
 
   // Sends the request and hands over each message of the answer. 0, or the errno of what went wrong (ENODEV: no such
   // interface).

@@ -9,39 +9,14 @@
 #include <limits>
 #include <utility>
 
+#include "platform/linux/RtnetlinkRoutes.h"
+
 namespace quillmeter {
 namespace {
 
 constexpr unsigned announcedGroups =
     RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
 constexpr int mostDatagrams = 4096;  // read in one go; the rest waits for the next look
-
-FileDescriptor openAnnouncements() {
-  FileDescriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
-  sockaddr_nl address{};
-  address.nl_family = AF_NETLINK;
-  address.nl_groups = announcedGroups;
-  if (::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) socket.reset();
-  return socket;
-}
-
-std::uint32_t tableOf(const RtnetlinkMessage& message, const rtmsg& route) {
-  return message.attributeValue<std::uint32_t>(sizeof route, RTA_TABLE).value_or(route.rtm_table);
-}
-
-// A usable way to everywhere of the main table.
-bool isDefaultRoute(const RtnetlinkMessage& message) {
-  const auto route = message.body<rtmsg>();
-  return route && route->rtm_dst_len == 0 && route->rtm_type == RTN_UNICAST &&
-         (route->rtm_flags & (RTM_F_CLONED | RTNH_F_DEAD)) == 0 && tableOf(message, *route) == RT_TABLE_MAIN;
-}
-
-// The interface of a route; of one with several ways, that of the first. 0 when it names none.
-int interfaceOf(const RtnetlinkMessage& route) {
-  if (const auto index = route.attributeValue<int>(sizeof(rtmsg), RTA_OIF)) return *index;
-  const auto hop = route.attributeValue<rtnexthop>(sizeof(rtmsg), RTA_MULTIPATH);
-  return hop ? hop->rtnh_ifindex : 0;
-}
 
 ifinfomsg linkBody(int index) {
   ifinfomsg body{};
@@ -53,7 +28,7 @@ ifinfomsg linkBody(int index) {
 }  // namespace
 
 RtnetlinkInterfaces::RtnetlinkInterfaces(DescriptorWatcher* watcher)
-    : watcher_(watcher), announcements_(openAnnouncements()) {}
+    : watcher_(watcher), announcements_(openAnnouncements(announcedGroups)) {}
 
 void RtnetlinkInterfaces::onChange(std::function<void()> changed) {
   changed_ = std::move(changed);
