@@ -3,11 +3,11 @@
 BUILD_PACKAGES=(
   cmake ninja-build g++ pkg-config python3
   libsimdjson-dev nlohmann-json3-dev libfmt-dev libcli11-dev libexpected-dev libutf8proc-dev
-  libzstd-dev libsqlite3-dev libssl-dev libsystemd-dev
+  libzstd-dev libsqlite3-dev libssl-dev libpulse-dev libsystemd-dev
   qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-tools-dev-tools
   tzdata
 )
-TEST_PACKAGES=(libgtest-dev libgmock-dev dbus-daemon python3-dbusmock iproute2)
+TEST_PACKAGES=(libgtest-dev libgmock-dev dbus-daemon python3-dbusmock iproute2 pulseaudio pulseaudio-utils pipewire pipewire-pulse wireplumber)
 
 # missing_packages PACKAGE...: prints those that are not installed, one a line.
 missing_packages() {

@@ -54,6 +54,7 @@ class ChildProcess {
     while (::poll(&waited, 1, 10'000) > 0 && ::read(line_, &letter, 1) == 1 && letter != '\n') text += letter;
     return text;
   }
+  pid_t pid() const { return pid_; }
   void end() {
     if (pid_ <= 0) return;
     ::kill(pid_, SIGKILL);
