@@ -181,12 +181,16 @@ TEST_F(OpenClawConcurrency, totalsNeitherFallNorDoubleWhileTheAgentWritesMovesAn
   constexpr std::int64_t eventsPerScan = 5;
   std::mt19937 random(3);
   start();
+  constexpr int maximumIncomplete = 10;
+  int incomplete = 0;
   std::int64_t last = 0;
   for (int i = 0; i < scans; ++i) {
     while (progress.committed < progress.permitted - eventsPerScan) sched_yield();  // neither gets far ahead
     progress.permitted += eventsPerScan;
     const std::int64_t least = std::max<std::int64_t>(last, progress.committed);
-    const std::int64_t seen = total();
+    std::int64_t seen = total();
+    // On a busy machine the agent may be suspended while it holds a lock: such a scan says that it is incomplete.
+    while (adapter.unreadableSourceCount() != 0 && incomplete++ < maximumIncomplete) seen = total();
     ASSERT_GE(seen, least) << "scan " << i;
     ASSERT_LE(seen, progress.begun.load()) << "scan " << i;
     ASSERT_EQ(adapter.unreadableSourceCount(), 0) << "scan " << i;
