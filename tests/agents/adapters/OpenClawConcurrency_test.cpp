@@ -155,6 +155,17 @@ class OpenClawConcurrency : public OpenClawTest {
     ::kill(writer_, SIGKILL);
     waitpid(std::exchange(writer_, 0), nullptr, 0);
   }
+  // Until the writer has committed so many events; false when it gave up before.
+  bool awaitWriter(std::int64_t events) {
+    while (progress.committed < events) {
+      if (waitpid(writer_, nullptr, WNOHANG) != 0) {
+        writer_ = 0;
+        return false;
+      }
+      sched_yield();
+    }
+    return true;
+  }
   int finish() {
     progress.stop = true;
     int status = 0;
@@ -185,7 +196,7 @@ TEST_F(OpenClawConcurrency, totalsNeitherFallNorDoubleWhileTheAgentWritesMovesAn
   int incomplete = 0;
   std::int64_t last = 0;
   for (int i = 0; i < scans; ++i) {
-    while (progress.committed < progress.permitted - eventsPerScan) sched_yield();  // neither gets far ahead
+    ASSERT_TRUE(awaitWriter(progress.permitted - eventsPerScan));  // neither gets far ahead
     progress.permitted += eventsPerScan;
     const std::int64_t least = std::max<std::int64_t>(last, progress.committed);
     std::int64_t seen = total();
@@ -200,7 +211,7 @@ TEST_F(OpenClawConcurrency, totalsNeitherFallNorDoubleWhileTheAgentWritesMovesAn
       start();
     }
   }
-  while (progress.committed < progress.permitted) sched_yield();
+  ASSERT_TRUE(awaitWriter(progress.permitted));
   ASSERT_EQ(finish(), 0);
   EXPECT_EQ(total(), scans * eventsPerScan);
   EXPECT_EQ(adapter.unreadableSourceCount(), 0);
