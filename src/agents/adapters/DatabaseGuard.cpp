@@ -1,14 +1,19 @@
 #include "agents/adapters/DatabaseGuard.h"
 
 #include <array>
+#include <bit>
 #include <chrono>
 #include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include "base/FileDescriptor.h"
 
 namespace quillmeter {
 
@@ -21,6 +26,23 @@ constexpr int lockStepMilliseconds = 10;
 
 std::int64_t nanoseconds(const timespec& time) {
   return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+// Whether SQLite would look for frames in a log of this path at all. One whose first 32 bytes are no header (a crash
+// tore its first write) is void to every reader; through an index opened for reading only, SQLite would try it again
+// for ten seconds.
+bool hasLogHeader(const std::filesystem::path& log) {
+  constexpr std::uint32_t magicOfEitherByteOrder = 0x377F0682;
+  std::array<unsigned char, 32> header{};
+  const FileDescriptor fd(::open(log.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (!fd || ::pread(fd.get(), header.data(), header.size(), 0) != static_cast<ssize_t>(header.size())) return false;
+  const auto number = [&](std::size_t at) {
+    return std::uint32_t{header[at]} << 24U | std::uint32_t{header[at + 1]} << 16U |
+           std::uint32_t{header[at + 2]} << 8U | std::uint32_t{header[at + 3]};
+  };
+  const std::uint32_t pageBytes = number(8);
+  return (number(0) & ~1U) == magicOfEitherByteOrder && std::has_single_bit(pageBytes) && pageBytes >= 512 &&
+         pageBytes <= 65'536;
 }
 
 }  // namespace
@@ -78,10 +100,11 @@ bool DatabaseGuard::readHeader() {
 
 DatabaseState DatabaseGuard::state() const {
   const auto log = FileStamp::of(beside("-wal"));
-  if (log && FileStamp::of(beside("-shm"))) return DatabaseState::shared;
-  if (log && log->size > 0) return DatabaseState::orphanedLog;
   // SQLite opens even an empty log whatever the mode says.
-  return writeAheadMode_ || log ? DatabaseState::still : DatabaseState::rollbackMode;
+  if (!log) return writeAheadMode_ ? DatabaseState::still : DatabaseState::rollbackMode;
+  if (log->size > 0 && !hasLogHeader(beside("-wal"))) return DatabaseState::still;
+  if (FileStamp::of(beside("-shm"))) return DatabaseState::shared;
+  return log->size > 0 ? DatabaseState::orphanedLog : DatabaseState::still;
 }
 
 std::filesystem::path DatabaseGuard::beside(const char* suffix) const {

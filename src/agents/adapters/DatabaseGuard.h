@@ -22,7 +22,7 @@ enum class DatabaseState {
   rollbackMode,  // the file is all there is, but for a journal during a write
   shared,        // write-ahead log with its index: by the agent's side, or as an agent that was killed left it
   orphanedLog,   // write-ahead log without its index, which an ordinary reader would create
-  still,         // write-ahead mode without log: an ordinary reader would create log and index
+  still,         // write-ahead mode without log, or a void one: an ordinary reader would create log and index
 };
 
 // Tells two states of one file apart. Fields of struct stat; nanoseconds.

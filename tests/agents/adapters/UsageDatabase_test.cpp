@@ -117,6 +117,20 @@ TEST_F(LeftBehind, damagedIndexOfAKilledWriterDoesNotMatter) {
   expectReadWithoutTrace(path);
 }
 
+TEST_F(LeftBehind, logWhoseHeaderWasTornCountsAsEmpty) {
+  const auto path = killedWriter("a");
+  std::fstream(path.string() + "-wal", std::ios::in | std::ios::out | std::ios::binary) << std::string(4, '\0');
+  for (const bool indexed : {true, false}) {
+    if (!indexed) std::filesystem::remove(path.string() + "-shm");
+    const auto before = folderState(path.parent_path());
+    UsageDatabaseLimits limits;
+    limits.maximumCopyBytes = 0;
+    UsageDatabase database(path, limits);
+    EXPECT_THAT(numbers(database), ElementsAre(1));
+    EXPECT_EQ(folderState(path.parent_path()), before);
+  }
+}
+
 TEST_F(LeftBehind, logWithoutIndexIsReadFromACopy) {
   const auto path = killedWriter("a");
   std::filesystem::remove(path.string() + "-shm");
