@@ -11,6 +11,8 @@
 #include "ctl/CommandLine.h"
 #include "ctl/ConnectCommand.h"
 #include "ctl/Console.h"
+#include "ctl/RecordCommand.h"
+#include "ctl/ScreentimeCommand.h"
 #include "ctl/SettingsCommand.h"
 #include "ctl/ToolCommandName.h"
 #include "ctl/UsageCommand.h"
@@ -24,6 +26,7 @@
 #include "preferences/AppLanguage.h"
 #include "preferences/SettingText.h"
 #include "preferences/SettingsKeys.h"
+#include "screentime/ActivityArchiveFile.h"
 
 using namespace quillmeter;
 
@@ -84,6 +87,9 @@ int main(int argc, char** argv) {
   commandLine.add(std::make_unique<ctl::UsageCommand>(context, makeAdapters));
   commandLine.add(std::make_unique<ctl::AgentsCommand>(context));
   commandLine.add(std::make_unique<ctl::ConnectCommand>(context));
+  const std::filesystem::path archive = ActivityArchiveFile::defaultPath(paths.dataHome);
+  commandLine.add(std::make_unique<ctl::ScreentimeCommand>(context, archive));
+  commandLine.add(std::make_unique<ctl::RecordCommand>(context, archive, language));
   commandLine.add(std::make_unique<ctl::SettingsCommand>(
       context, [&](const std::string& selected) { mirrorLanguage(paths, clock, selected); }));
   const ctl::ExitCode code = commandLine.run(arguments);

@@ -17,6 +17,10 @@ namespace quillmeter {
 class ActivityArchiveFile final : public ActivityArchiveStore {
  public:
   explicit ActivityArchiveFile(std::filesystem::path path);
+  // Where the user's archive lies below the folder for user data.
+  static std::filesystem::path defaultPath(const std::filesystem::path& dataHome) {
+    return dataHome / "Quillmeter" / "ScreenTime" / "activity.json";
+  }
 
   ArchiveOutcome claim() override;
   bool isClaimed() const override { return static_cast<bool>(lock_); }
