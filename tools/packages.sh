@@ -4,6 +4,8 @@ BUILD_PACKAGES=(
   cmake ninja-build g++ pkg-config python3
   libsimdjson-dev nlohmann-json3-dev libfmt-dev libcli11-dev libexpected-dev libutf8proc-dev
   libzstd-dev libsqlite3-dev libssl-dev libpulse-dev libsystemd-dev
+  libxcb1-dev libxcb-screensaver0-dev libxcb-dpms0-dev
+  libwayland-dev libwayland-bin wayland-protocols plasma-wayland-protocols
   qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-tools-dev-tools
   tzdata
 )
