@@ -47,10 +47,6 @@ class ParseCache {
   std::unordered_map<std::string, Entry> entries_;
 };
 
-bool isDated(const LogFile& file, Date start) {
-  return file.modifiedAt >= start;
-}
-
 // "/a/b/name.jsonl" gives "name".
 std::string nameWithoutExtension(std::string_view path) {
   const std::size_t slash = path.rfind('/');
@@ -131,7 +127,7 @@ struct AgentUsageCollector::State {
   void reportUnreadable(ProviderTally& tally, const std::string& path, int error);
   AgentUsageSnapshot snapshotOf(const Scan& scan) const;
 
-  bool needsTimeline(Scan& scan, const LogFile& file, const CodexSessionDay::Day& day) const;
+  static bool needsTimeline(const Scan& scan, const CodexSessionDay::Day& day);
 
   FileOpener& opener;
   Calendar calendar;
@@ -188,17 +184,15 @@ void AgentUsageCollector::State::list(Scan& scan, ScannedSource& scanned) {
   }
 }
 
-// A timeline is needed where the whole of a session's last point would not do: for a session of today, one that crosses
-// the start of a range, and one that was written on another day than it began, whose bars would otherwise all fall on
-// its last day.
-bool AgentUsageCollector::State::needsTimeline(Scan& scan, const LogFile& file, const CodexSessionDay::Day& day) const {
-  const auto crosses = [&](Date start) { return day.start < start && isDated(file, start); };
-  return day.start >= scan.starts.today || crosses(scan.starts.today) || crosses(scan.starts.week) ||
-         crosses(scan.starts.month) || !day.holdsModification;
+// A timeline is needed where the whole of a session's last point would not do: for a session of today, whose bars are
+// hours, and for one that was written on another day than it began. The second holds for every session that crosses the
+// start of a range, as ranges start with a day.
+bool AgentUsageCollector::State::needsTimeline(const Scan& scan, const CodexSessionDay::Day& day) {
+  return day.start >= scan.starts.today || !day.holdsModification;
 }
 
 void AgentUsageCollector::State::planCodex(Scan& scan, const LogFile& file) {
-  const bool timeline = needsTimeline(scan, file, scan.sessionDays.sessionDay(file));
+  const bool timeline = needsTimeline(scan, scan.sessionDays.sessionDay(file));
   const CachedCodexFile* cached = codexCache.find(file, scanNumber);
   if (cached != nullptr && (cached->points || !timeline)) return;
   scan.jobs.push_back({timeline ? LogParseJob::Format::codexTimeline : LogParseJob::Format::codexTail, &file});
@@ -235,7 +229,7 @@ void AgentUsageCollector::State::addCodexFile(Scan& scan, ProviderTally& tally, 
   }
   CachedCodexFile& parsed = *codexCache.edit(file);
   const CodexSessionDay::Day day = scan.sessionDays.sessionDay(file);
-  const bool timeline = needsTimeline(scan, file, day) && parsed.points;
+  const bool timeline = needsTimeline(scan, day) && parsed.points;
   // What an older scan needed is not used any more, so that a scan gives the same whatever was scanned before it.
   if (!timeline) parsed.points.reset();
   if (!scan.sums.admit(parsed.magnitude)) return reportUnreadable(tally, file.path, EOVERFLOW);

@@ -134,8 +134,8 @@ TEST_F(Collector, claudeRepliesCountByTheirOwnDates) {
                  claudeLine("2026-11-21T11:57:00Z", "4", {4000, 0, 0, 0}));
   claudeFile("-home/b.JSONL", "2026-11-16T01:00:00Z", claudeLine("2026-11-16T00:30:00Z", "3", {50'000, 0, 0, 0}));
   claudeFile("-home/old.jsonl", "2026-10-31T23:59:59Z", "never opened");
-  claudeFile("-home/.hidden.jsonl", "2026-11-02T00:00:00Z",
-             claudeLine("2026-11-02T00:00:00Z", "1", {600'000, 0, 0, 0}));
+  claudeFile("-home/.hidden.jsonl", "2026-11-01T00:00:00Z",
+             claudeLine("2026-11-01T00:00:00Z", "1", {600'000, 0, 0, 0}));
   const AgentUsageSnapshot snapshot = collect();
   const AgentProviderUsage& usage = snapshot.providers.at(1);
   EXPECT_EQ(usage.todayMetrics, (AgentTokenMetrics{4000, 4000, 0, 0, 1}));
@@ -176,6 +176,8 @@ TEST_F(Collector, theNewestLimitsOfAllFilesAreShown) {
   codexFile("2026/11/21/a.jsonl", "2026-11-21T11:00:00Z", codexLine("2026-11-21T10:00:00Z", {1, 0, 0}, limits(50)));
   codexFile("2026/11/20/b.jsonl", "2026-11-20T11:00:00Z", codexLine("2026-11-21T10:00:01Z", {1, 0, 0}, limits(20)));
   codexFile("2026/11/19/c.jsonl", "2026-11-21T11:30:00Z", codexLine("2026-11-21T10:00:02Z", {1, 0, 0}));
+  // Of two files that say something at the same time, the one changed later is looked at first.
+  codexFile("2026/11/20/d.jsonl", "2026-11-20T10:59:00Z", codexLine("2026-11-21T10:00:01Z", {1, 0, 0}, limits(90)));
   const AgentUsageSnapshot snapshot = collect();
   EXPECT_EQ(snapshot.primaryLimitUsed, 0.2);
   EXPECT_EQ(snapshot.primaryResetAt, Date::fromWholeSeconds(1795651200));
@@ -202,6 +204,12 @@ TEST_F(Collector, anUnchangedFileIsNotOpenedAgain) {
   std::filesystem::rename(folder_.path() / "a.jsonl", folder_.path() / "claude/a.jsonl");
   EXPECT_EQ(collect().monthMetrics.totalTokens, 13);
   EXPECT_THAT(opener_.takeOpened(), ElementsAre("a.jsonl"));
+
+  std::filesystem::rename(folder_.path() / "codex/2026/11/19/old.jsonl", folder_.path() / "old.jsonl");
+  EXPECT_EQ(collect().monthMetrics.totalTokens, 3);
+  std::filesystem::rename(folder_.path() / "old.jsonl", folder_.path() / "codex/2026/11/19/old.jsonl");
+  EXPECT_EQ(collect().monthMetrics.totalTokens, 13);
+  EXPECT_THAT(opener_.takeOpened(), ElementsAre("old.jsonl"));
 
   collector_.clearCaches();
   EXPECT_EQ(collect().monthMetrics.totalTokens, 13);

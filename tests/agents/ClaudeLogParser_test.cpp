@@ -73,6 +73,7 @@ TEST_F(ClaudeFile, whatLooksLikeAnIdAtTheEndOfALineHidesNothing) {
         R"("uuid":"b","xrequestId":"a"})"}) {
     EXPECT_EQ(total(first + head + end + "\n"), 6) << end;
   }
+  EXPECT_EQ(total(head + R"("requestId":"null"})" + "\n" + head + R"("requestId":null})" + "\n"), 6);
   for (const char* end : {R"("requestId":"a","x":false,"n":-1.5})", R"("requestId":"b","requestId":"a"})",
                           R"("requestId":"a","in":{}})", R"("requestId":"a"} )", R"("requestId":"b","type":"user"})"}) {
     EXPECT_EQ(total(first + head + end + "\n"), 3) << end;
