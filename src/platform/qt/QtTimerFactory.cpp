@@ -19,7 +19,9 @@ int milliseconds(double seconds) {
 }
 
 Qt::TimerType typeFor(double interval, double tolerance) {
-  if (interval >= 1 && tolerance >= fullSecondToleranceSeconds) return Qt::VeryCoarseTimer;
+  // A very coarse timer rounds its interval to whole seconds, which would change the period of others.
+  const bool isWholeSeconds = interval >= 1 && interval == std::floor(interval);
+  if (isWholeSeconds && tolerance >= fullSecondToleranceSeconds) return Qt::VeryCoarseTimer;
   return tolerance >= interval * coarseShare ? Qt::CoarseTimer : Qt::PreciseTimer;
 }
 

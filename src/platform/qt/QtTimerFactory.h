@@ -5,8 +5,8 @@
 namespace quillmeter {
 
 // Timers of the Qt event loop of the calling thread. The tolerance picks how coarse a timer is: below 5 % of the
-// interval it is exact to the millisecond, then within 5 %, and from half a second on it fires on full seconds,
-// together with every other such timer of the machine.
+// interval it is exact to the millisecond, then within 5 %, and from half a second on one of whole seconds fires on
+// full seconds, together with every other such timer of the machine.
 class QtTimerFactory final : public TimerFactory {
  public:
   std::unique_ptr<Timer> repeating(double interval, double tolerance, std::function<void()> fire) override;
