@@ -12,7 +12,8 @@ presets=("$@")
 [ ${#presets[@]} -gt 0 ] || presets=(release asan)
 passed=0 failed=0 skipped=0
 
-attribute() { sed -n "0,/<testsuite/s/.*$1=\"\([0-9]*\)\".*/\1/p" "$2" | head -n 1; }
+# The figure of the report's first element, whose attributes stand on lines of their own.
+attribute() { sed -n "1,12s/.*$1=\"\([0-9]*\)\".*/\1/p" "$2" | head -n 1; }
 
 # Runs one preset's tests and adds its counts. A build that fails counts as one failed test.
 run_preset() {
