@@ -22,6 +22,7 @@ struct HttpsRequest {
 struct HttpsResponse {
   int status = 0;
   std::string body;
+  friend bool operator==(const HttpsResponse&, const HttpsResponse&) = default;
 };
 
 // Why there is no response; for diagnostics, not for users.
