@@ -38,7 +38,7 @@ void MonitorStore::start() {
   refreshAgents();
   const double interval = services_.preferences.real(SettingsKeys::refreshInterval.key).value_or(0);
   const double period = std::max(interval, minimumPeriodSeconds);
-  timer_ = services_.timers.repeating(period, period / 10, [self = std::weak_ptr(self_)] {
+  timer_ = services_.timers.repeating(period, period / 4, [self = std::weak_ptr(self_)] {
     if (const auto store = self.lock(); store && *store) (*store)->fire();
   });
 }
