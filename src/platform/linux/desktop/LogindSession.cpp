@@ -37,12 +37,18 @@ void LogindSession::setHandlers(Handlers handlers) {
 void LogindSession::serviceChanged(bool present) {
   sessionSignals_.clear();
   sleepSignal_.reset();
+  newSessionSignal_.reset();
   sleepDelay_ = QDBusUnixFileDescriptor();
   locked_.reset();
   if (!present) return;  // what was true of the session's place stays true until the service is back
   sleepSignal_ = std::make_unique<BusSignal>(
       bus_, service, manager().path, managerInterface, QStringLiteral("PrepareForSleep"),
       [this](const QDBusMessage& message) { sleepAnnounced(message.arguments().value(0).toBool()); });
+  // The first session of a user may begin after the services that belong to it.
+  newSessionSignal_ = std::make_unique<BusSignal>(bus_, service, manager().path, managerInterface,
+                                                  QStringLiteral("SessionNew"), [this](const QDBusMessage&) {
+                                                    if (sessionSignals_.empty()) findSession();
+                                                  });
   takeSleepDelay();
   findSession();
 }

@@ -53,6 +53,7 @@ class LogindSession {
   QDBusUnixFileDescriptor sleepDelay_;
   std::vector<std::unique_ptr<BusSignal>> sessionSignals_;
   std::unique_ptr<BusSignal> sleepSignal_;
+  std::unique_ptr<BusSignal> newSessionSignal_;
   std::unique_ptr<QObject> context_;  // replies that come after it has ended are dropped
 };
 
