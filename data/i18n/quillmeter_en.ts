@@ -211,5 +211,8 @@
     <message id="开启屏幕使用时间记录，并在前台记录到结束"><source/><translation>switch screen-time recording on and record in the foreground until ended</translation></message>
     <message id="写入这个记录文件"><source/><translation>write this record file</translation></message>
     <message id="无法启动 %@"><source/><translation>%@ cannot be started</translation></message>
+    <message id="当前系统版本暂不支持开机自启。"><source/><translation>This system cannot start programs at login.</translation></message>
+    <message id="请到系统设置的“登录项”中批准"><source/><translation>Approve it in the system settings, under “Login Items”</translation></message>
+    <message id="无法更新 Dock 显示状态，请重新打开应用后再试"><source/><translation>The Dock icon could not be changed. Reopen the application and try again</translation></message>
 </context>
 </TS>
