@@ -223,13 +223,15 @@ class Report {
  public:
   explicit Report(std::filesystem::path root, int rounds) : root_(std::move(root)), rounds_(rounds) {}
 
-  // The round with the least processor time.
+  // The round with the least processor time, with the least time of all rounds.
   Figures best(const std::string& kind, const std::string& agents, int threads) {
     Figures best;
     for (int i = 0; i < rounds_; ++i) {
       const Figures figures = inProcess(kind, root_, agents, threads);
       correct_ = correct_ && figures.correct;
+      const double wall = i == 0 ? figures.wall : std::min(best.wall, figures.wall);
       if (i == 0 || figures.cpu < best.cpu) best = figures;
+      best.wall = wall;
     }
     return best;
   }
