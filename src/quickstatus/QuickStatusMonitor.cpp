@@ -7,24 +7,15 @@
 #include "preferences/DashboardLayoutStorage.h"
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
+#include "quickstatus/QuickStatusReading.h"
 
 namespace quillmeter {
-
-namespace {
-
-QuickConnection connectionOf(const NetworkPath& path) {
-  if (!path.satisfied) return QuickConnection::offline;
-  if (path.usesWifi) return QuickConnection::wifi;
-  return path.usesWiredEthernet ? QuickConnection::ethernet : QuickConnection::other;
-}
-
-}  // namespace
 
 QuickStatusMonitor::QuickStatusMonitor(const QuickStatusServices& services)
     : services_(services), self_(std::make_shared<QuickStatusMonitor*>(this)) {
   services_.audio.onChange([self = std::weak_ptr(self_), &main = services_.mainExecutor] {
     main.post([self] {
-      if (const auto monitor = self.lock(); monitor && *monitor) (*monitor)->refresh();
+      if (const auto monitor = self.lock(); monitor && *monitor) (*monitor)->audioChanged();
     });
   });
 }
@@ -70,18 +61,18 @@ void QuickStatusMonitor::updateConnection(const NetworkPath& path) {
   observers_.notify();
 }
 
+// A reading that is under way may have looked before the change.
+void QuickStatusMonitor::audioChanged() {
+  readAgain_ = reading_;
+  refresh();
+}
+
 void QuickStatusMonitor::refresh() {
   if (!isRunning() || isChanging() || reading_) return;
   reading_ = true;
   services_.queue.post([generation = generation_, self = std::weak_ptr(self_), &main = services_.mainExecutor,
                         &wifi = services_.wifi, &audio = services_.audio] {
-    QuickStatusSnapshot reading;
-    const WifiFacts link = wifi.read();
-    reading.wifiPowered = link.powered;
-    reading.wifiRSSI = link.rssi;
-    reading.wifiRate = link.transmitRate;
-    QuickAudioHardware(audio).read(reading);
-    main.post([generation, self, reading = std::move(reading)]() mutable {
+    main.post([generation, self, reading = readQuickStatus(wifi, audio)]() mutable {
       if (const auto monitor = self.lock(); monitor && *monitor) (*monitor)->publish(std::move(reading), generation);
     });
   });
@@ -89,6 +80,7 @@ void QuickStatusMonitor::refresh() {
 
 void QuickStatusMonitor::publish(QuickStatusSnapshot reading, std::uint64_t generation) {
   reading_ = false;
+  if (std::exchange(readAgain_, false)) refresh();
   if (generation != generation_) return;
   reading.connection = snapshot_.connection;
   if (reading == snapshot_) return;

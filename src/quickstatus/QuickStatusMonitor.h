@@ -64,6 +64,7 @@ class QuickStatusMonitor {
   void start();
   void stop();
   bool isShown() const;
+  void audioChanged();
   void updateConnection(const NetworkPath& path);
   void publish(QuickStatusSnapshot reading, std::uint64_t generation);
   void perform(std::function<bool(QuickAudioHardware&)> change);
@@ -74,6 +75,7 @@ class QuickStatusMonitor {
   bool changeRefused_ = false;
   int changesInFlight_ = 0;
   bool reading_ = false;
+  bool readAgain_ = false;        // something changed meanwhile
   std::uint64_t generation_ = 0;  // readings of an older one publish nothing
   std::unique_ptr<Timer> timer_;
   std::unique_ptr<NetworkPathMonitor> path_;

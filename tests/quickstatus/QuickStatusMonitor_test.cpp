@@ -182,6 +182,16 @@ TEST_F(QuickStatusMonitorTest, equalReadingsAreNotPublishedAgainAndOthersChanges
   EXPECT_EQ(monitor.snapshot().volume, 0.1);
 }
 
+TEST_F(QuickStatusMonitorTest, aChangeElsewhereDuringAReadingIsReadAtOnceToo) {
+  monitor.configure();
+  queue.runAll();  // the reading looked, and is not published yet
+  audio.facts.outputs[0].mainVolume = 0.2;
+  audio.changed();
+  settle();
+  EXPECT_EQ(monitor.snapshot().volume, 0.2);
+  EXPECT_EQ(audio.reads, 2);
+}
+
 TEST_F(QuickStatusMonitorTest, whatTheQueueBringsAfterTheEndIsDropped) {
   auto other = std::make_unique<QuickStatusMonitor>(
       QuickStatusServices{timers, mainThread, queue, preferences, paths, wifi, audio});

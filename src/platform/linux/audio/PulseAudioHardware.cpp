@@ -106,9 +106,16 @@ bool PulseAudioHardware::changeVolumes(std::uint32_t output, const VolumeChange&
   PulseSinkVolumes sink = volumesOf(session, output);
   if (!sink.found || !change(sink)) return false;
   bool taken = false;
-  pa_context* const context = session.context();
-  return session.finish(pa_context_set_sink_volume_by_index(context, output, &sink.volume, noteSuccess, &taken)) &&
-         taken;
+  return finishChange(session,
+                      pa_context_set_sink_volume_by_index(session.context(), output, &sink.volume, noteSuccess, &taken),
+                      taken);
+}
+
+// The answer may come before the announcement: the next reading looks again in any case.
+bool PulseAudioHardware::finishChange(Session& session, pa_operation* operation, const bool& taken) {
+  const bool done = session.finish(operation) && taken;
+  connection_.keepStale();
+  return done;
 }
 
 bool PulseAudioHardware::setVolume(std::uint32_t output, double volume) {
@@ -135,25 +142,17 @@ bool PulseAudioHardware::setBalance(std::uint32_t output, double balance) {
   return changeVolumes(output, [&](PulseSinkVolumes& sink) {
     if (pa_channel_map_can_balance(&sink.map) == 0) return false;
     pa_cvolume_set_balance(&sink.volume, &sink.map, serverBalance(balance));
-    if (isSilent(sink.volume)) rememberBalance(output, balance);
+    if (isSilent(sink.volume)) balances_[output] = std::clamp(balance, 0.0, 1.0);
     return true;
   });
-}
-
-// The server takes it without a change that it would announce.
-void PulseAudioHardware::rememberBalance(std::uint32_t output, double balance) {
-  balances_[output] = balance;
-  const auto known = std::ranges::find(facts_.outputs, output, &AudioOutputFacts::id);
-  if (known != facts_.outputs.end()) known->mainBalance = balance;
 }
 
 bool PulseAudioHardware::setMuted(std::uint32_t output, bool muted) {
   Session session(connection_);
   if (!session.isConnected()) return false;
   bool taken = false;
-  return session.finish(
-             pa_context_set_sink_mute_by_index(session.context(), output, muted ? 1 : 0, noteSuccess, &taken)) &&
-         taken;
+  return finishChange(
+      session, pa_context_set_sink_mute_by_index(session.context(), output, muted ? 1 : 0, noteSuccess, &taken), taken);
 }
 
 bool PulseAudioHardware::setDefaultOutput(std::uint32_t output) {
@@ -167,7 +166,8 @@ bool PulseAudioHardware::setDefaultOutput(std::uint32_t output) {
     return false;
   }
   bool taken = false;
-  return session.finish(pa_context_set_default_sink(session.context(), name.c_str(), noteSuccess, &taken)) && taken;
+  return finishChange(session, pa_context_set_default_sink(session.context(), name.c_str(), noteSuccess, &taken),
+                      taken);
 }
 
 }  // namespace quillmeter

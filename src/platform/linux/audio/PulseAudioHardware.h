@@ -39,7 +39,7 @@ class PulseAudioHardware final : public AudioHardware {
 
   bool query(Session& session);
   void rememberBalances();
-  void rememberBalance(std::uint32_t output, double balance);
+  bool finishChange(Session& session, pa_operation* operation, const bool& taken);
   bool changeVolumes(std::uint32_t output, const VolumeChange& change);
 
   PulseConnection connection_;

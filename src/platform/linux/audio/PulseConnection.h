@@ -55,7 +55,7 @@ class PulseConnection {
 
   // Whether outputs may have changed since this was last asked. Within a session.
   bool takeStale();
-  // Puts it back after what was to be read could not be.
+  // Lets takeStale() say yes, without a call.
   void keepStale() { stale_ = true; }
   // Called, on libpulse's thread, when that turns true. Not called any more once this returned.
   void onStale(std::function<void()> function);
