@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <system_error>
 
 #include <fcntl.h>
@@ -98,6 +99,14 @@ fs::file_time_type modificationTime(const fs::path& folder) {
   return error ? fs::file_time_type::min() : time;
 }
 
+// The time to remember for a folder that is read now. A change within the kernel's clock tick could leave it the same,
+// so that a folder which changed just now counts as changed once more.
+fs::file_time_type settledTime(const fs::path& folder) {
+  constexpr auto settling = std::chrono::milliseconds(100);
+  const auto time = modificationTime(folder);
+  return time > fs::file_time_type::clock::now() - settling ? fs::file_time_type::max() : time;
+}
+
 // A regular file's beginning; empty when it cannot be read. Never waits for a pipe.
 std::string readEntryFile(const fs::path& path) {
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
@@ -189,7 +198,7 @@ void ApplicationEntryIndex::refresh() {
 }
 
 void ApplicationEntryIndex::readFolder(const fs::path& folder, const std::string& idPrefix, int depth) {
-  folders_.push_back({folder, modificationTime(folder)});
+  folders_.push_back({folder, settledTime(folder)});
   std::error_code error;
   for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
     if (entries_.size() >= maximumEntries) return;
