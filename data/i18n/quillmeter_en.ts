@@ -214,5 +214,34 @@
     <message id="当前系统版本暂不支持开机自启。"><source/><translation>This system cannot start programs at login.</translation></message>
     <message id="请到系统设置的“登录项”中批准"><source/><translation>Approve it in the system settings, under “Login Items”</translation></message>
     <message id="无法更新 Dock 显示状态，请重新打开应用后再试"><source/><translation>The Dock icon could not be changed. Reopen the application and try again</translation></message>
+    <message id="仪表盘"><source/><translation>Dashboard</translation></message>
+    <message id="菜单栏"><source/><translation>Menu bar</translation></message>
+    <message id="仪表盘与菜单栏的组件布局"><source/><translation>Layouts of the dashboard and the menu bar</translation></message>
+    <message id="dashboard 或 menubar"><source/><translation>dashboard or menubar</translation></message>
+    <message id="没有“%@”这个布局，可选 dashboard 或 menubar。"><source/><translation>There is no layout “%@”; choose dashboard or menubar.</translation></message>
+    <message id="布局无法编码。"><source/><translation>The layout cannot be encoded.</translation></message>
+    <message id="组件"><source/><translation>Component</translation></message>
+    <message id="大小"><source/><translation>Size</translation></message>
+    <message id="显示"><source/><translation>Shown</translation></message>
+    <message id="大"><source/><translation>large</translation></message>
+    <message id="小"><source/><translation>small</translation></message>
+    <message id="这台电脑此刻的状态：处理器、内存、磁盘、电量、网络、散热"><source/><translation>This machine right now: processor, memory, disk, battery, network, cooling</translation></message>
+    <message id="循环 %@ 次"><source/><translation>%@ cycles</translation></message>
+    <message id="温度 %@"><source/><translation>temperature %@</translation></message>
+    <message id="健康度 %@"><source/><translation>health %@</translation></message>
+    <message id="系统状态"><source/><translation>System status</translation></message>
+    <message id="用户 %@  系统 %@"><source/><translation>user %@  system %@</translation></message>
+    <message id="应用 %@  固定 %@  压缩 %@"><source/><translation>apps %@  wired %@  compressed %@</translation></message>
+    <message id="已用 %@ / %@  可用 %@"><source/><translation>used %@ of %@  free %@</translation></message>
+    <message id="持续显示这台电脑与 Token 用量；不在终端里时每次采样输出一行"><source/><translation>Live view of this machine and the tokens; elsewhere than on a terminal one line a sample</translation></message>
+    <message id="刷新间隔（秒），仅用于这一次"><source/><translation>Refresh interval in seconds, for this run only</translation></message>
+    <message id="刷新间隔“%@”无效，请给出 %@ 到 %@ 之间的秒数。"><source/><translation>“%@” is no refresh interval; give seconds from %@ to %@.</translation></message>
+    <message id="正在清理内存…"><source/><translation>Cleaning memory…</translation></message>
+    <message id="q 退出  r 刷新  m 清理内存"><source/><translation>q quit  r refresh  m clean memory</translation></message>
+    <message id="已重置"><source/><translation>was reset</translation></message>
+    <message id="%d 天 %@"><source/><translation>%d d %@</translation></message>
+    <message id="%@ 后重置 (%@)"><source/><translation>resets in %@ (%@)</translation></message>
+    <message id="输出保存的小组件记录"><source/><translation>The widget record as it is stored</translation></message>
+    <message id="还没有小组件记录。运行 %@ 时每次采样都会写入。"><source/><translation>There is no widget record yet. While %@ runs, every sample writes one.</translation></message>
 </context>
 </TS>

@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,18 +12,27 @@
 #include "ctl/CommandLine.h"
 #include "ctl/ConnectCommand.h"
 #include "ctl/Console.h"
+#include "ctl/LayoutCommand.h"
+#include "ctl/PreferenceOverride.h"
 #include "ctl/RecordCommand.h"
 #include "ctl/ScreentimeCommand.h"
 #include "ctl/SettingsCommand.h"
+#include "ctl/StatusCommand.h"
 #include "ctl/ToolCommandName.h"
 #include "ctl/UsageCommand.h"
+#include "ctl/WatchCommand.h"
+#include "ctl/WidgetCommand.h"
 #include "platform/linux/CryptoSha256.h"
 #include "platform/linux/DesktopApplicationIndex.h"
 #include "platform/linux/JsonPreferenceDomain.h"
+#include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/SystemFolderProbe.h"
 #include "platform/linux/XdgPaths.h"
 #include "platform/qt/QtCatalogue.h"
+#include "platform/qt/QtDescriptorWatcher.h"
 #include "platform/qt/QtLocale.h"
+#include "platform/qt/QtMainExecutor.h"
+#include "platform/qt/QtTimerFactory.h"
 #include "preferences/AppLanguage.h"
 #include "preferences/SettingText.h"
 #include "preferences/SettingsKeys.h"
@@ -53,6 +63,22 @@ void mirrorLanguage(const XdgPaths& paths, const Clock& clock, const std::string
   didSelectAppLanguage(language, &domain, {});
 }
 
+// For a program whose event loop is there already.
+Platform platformWithEventLoop(const MonotonicClock& uptime) {
+  Platform platform;
+  platform.mainExecutor = std::make_unique<QtMainExecutor>();
+  platform.timers = std::make_unique<QtTimerFactory>();
+  platform.descriptors = std::make_unique<QtDescriptorWatcher>();
+  addLinuxPlatform(platform, uptime);
+  return platform;
+}
+
+Platform platformWithoutEventLoop(const MonotonicClock& uptime) {
+  Platform platform;
+  addLinuxPlatform(platform, uptime);
+  return platform;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -63,7 +89,8 @@ int main(int argc, char** argv) {
   const SystemClock clock;
   const XdgPaths paths = XdgPaths::current();
   const std::string domainName(SettingsKeys::standardDomainName);
-  JsonPreferenceDomain domain(domainName, paths.standardPreferences(domainName), clock);
+  JsonPreferenceDomain storedDomain(domainName, paths.standardPreferences(domainName), clock);
+  ctl::PreferenceOverride domain(storedDomain);
   PreferenceStore preferences(domain);
   SettingsKeys::registerDefaults(preferences);
   const std::string language = languageFor(arguments, preferences);
@@ -83,13 +110,26 @@ int main(int argc, char** argv) {
 
   CryptoSha256 sha256;
   const auto makeAdapters = [&](FileOpener& opener) { return makeAgentUsageAdapters(opener, sha256, clock); };
+  const SystemMonotonicClock uptime;
+  const std::string suiteName(SettingsKeys::sharedSuiteName);
+  std::optional<JsonPreferenceDomain> suite;
+  if (const auto file = paths.sharedPreferences(suiteName)) {
+    suite.emplace(suiteName, *file, clock, JsonPreferenceOptions{.synchronize = false});
+  }
   ctl::CommandLine commandLine(console, QUILLMETER_VERSION);
+  commandLine.add(std::make_unique<ctl::StatusCommand>(context, [&] { return platformWithoutEventLoop(uptime); }));
   commandLine.add(std::make_unique<ctl::UsageCommand>(context, makeAdapters));
+  commandLine.add(
+      std::make_unique<ctl::WatchCommand>(context, domain,
+                                          ctl::WatchCommand::Parts{[&] { return platformWithEventLoop(uptime); },
+                                                                   makeAdapters, suite ? &*suite : nullptr}));
   commandLine.add(std::make_unique<ctl::AgentsCommand>(context));
   commandLine.add(std::make_unique<ctl::ConnectCommand>(context));
   const std::filesystem::path archive = ActivityArchiveFile::defaultPath(paths.dataHome);
   commandLine.add(std::make_unique<ctl::ScreentimeCommand>(context, archive));
   commandLine.add(std::make_unique<ctl::RecordCommand>(context, archive, language));
+  commandLine.add(std::make_unique<ctl::LayoutCommand>(context));
+  commandLine.add(std::make_unique<ctl::WidgetCommand>(context, suite ? &*suite : nullptr));
   commandLine.add(std::make_unique<ctl::SettingsCommand>(
       context, [&](const std::string& selected) { mirrorLanguage(paths, clock, selected); }));
   const ctl::ExitCode code = commandLine.run(arguments);
