@@ -1,5 +1,7 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
@@ -74,6 +76,9 @@ TEST(PipeWire, itsPulseAudioServiceIsReadAndChangedAsAServerIs) {
   ASSERT_TRUE(hardware.setMuted(headset->id, true));
   EXPECT_THAT(test::SoundServer::runPactl(server.address(), "get-sink-volume headset"), HasSubstr(" 40% "));
   EXPECT_THAT(test::SoundServer::runPactl(server.address(), "get-sink-mute headset"), HasSubstr("yes"));
+  // The session manager, which decides on the default, may still be starting.
+  const std::time_t start = std::time(nullptr);
+  while (!hardware.setDefaultOutput(headset->id) && std::time(nullptr) - start < 30) ::usleep(5'000);
   EXPECT_TRUE(hardware.setDefaultOutput(headset->id));
   EXPECT_FALSE(hardware.setVolume(4'000'000, 0.4));
 }
