@@ -243,5 +243,35 @@
     <message id="%@ 后重置 (%@)"><source/><translation>resets in %@ (%@)</translation></message>
     <message id="输出保存的小组件记录"><source/><translation>The widget record as it is stored</translation></message>
     <message id="还没有小组件记录。运行 %@ 时每次采样都会写入。"><source/><translation>There is no widget record yet. While %@ runs, every sample writes one.</translation></message>
+    <message id="网络、Wi-Fi 与声音输出的状态，或更改音量、平衡、静音和输出设备"><source/><translation>Network, Wi-Fi and sound output, or a change of volume, balance, mute or output</translation></message>
+    <message id="设置音量"><source/><translation>Set the volume</translation></message>
+    <message id="0 到 100"><source/><translation>0 to 100</translation></message>
+    <message id="设置左右声道平衡"><source/><translation>Set the balance of left and right</translation></message>
+    <message id="0（左）到 100（右），50 居中"><source/><translation>0 (left) to 100 (right), 50 is the centre</translation></message>
+    <message id="静音或取消静音"><source/><translation>Mute or unmute</translation></message>
+    <message id="切换输出设备"><source/><translation>Switch the output device</translation></message>
+    <message id="请给出输出设备的名称，例如 quick 列出的名称。"><source/><translation>Give the name of an output device, as quick lists them.</translation></message>
+    <message id="设备名称或其中一段"><source/><translation>Name of the device, or a piece of it</translation></message>
+    <message id="“%@”不是 0 到 100 的数。"><source/><translation>“%@” is no number from 0 to 100.</translation></message>
+    <message id="已关闭"><source/><translation>Off</translation></message>
+    <message id="已打开"><source/><translation>On</translation></message>
+    <message id="已静音"><source/><translation>Muted</translation></message>
+    <message id="此设备的音量由硬件控制。"><source/><translation>The volume of this device is controlled by its hardware.</translation></message>
+    <message id="此设备不支持声道平衡"><source/><translation>This device has no balance</translation></message>
+    <message id="居中"><source/><translation>Centre</translation></message>
+    <message id="偏左"><source/><translation>Left</translation></message>
+    <message id="偏右"><source/><translation>Right</translation></message>
+    <message id="声音输出"><source/><translation>Sound output</translation></message>
+    <message id="没有声音输出设备"><source/><translation>There is no sound output device</translation></message>
+    <message id="音量"><source/><translation>Volume</translation></message>
+    <message id="声道平衡"><source/><translation>Balance</translation></message>
+    <message id="其他输出"><source/><translation>Other outputs</translation></message>
+    <message id="没有“%@”这个输出设备，可选：%@"><source/><translation>There is no output device “%@”. There are: %@</translation></message>
+    <message id="“%@”不止一个，请给出括号里的编号：%@"><source/><translation>“%@” is not the only one. Give the number in the brackets: %@</translation></message>
+    <message id="检查有没有新版本（不下载）"><source/><translation>Check for a newer version (downloads nothing)</translation></message>
+    <message id="文件夹（回车：%@；q：取消）："><source/><translation>Folder (Enter: %@; q: cancel): </translation></message>
+    <message id="依次连接所有已找到的 Agent"><source/><translation>Connect all agents that are found, one after another</translation></message>
+    <message id="--all 不能和一个 Agent 一起给出。"><source/><translation>--all cannot be given together with an agent.</translation></message>
+    <message id="没有找到可以连接的 Agent。"><source/><translation>No agent that could be connected was found.</translation></message>
 </context>
 </TS>

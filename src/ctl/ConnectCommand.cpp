@@ -1,11 +1,15 @@
 #include "ctl/ConnectCommand.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 
+#include "access/AgentAuthorizationCoordinator.h"
 #include "access/AgentLogFolders.h"
 #include "base/L10n.h"
 #include "ctl/AgentOverview.h"
 #include "ctl/ProviderArgument.h"
+#include "ctl/TerminalFolderPicker.h"
 #include "preferences/SettingText.h"
 #include "preferences/SettingsKeys.h"
 
@@ -18,6 +22,7 @@ void ConnectCommand::declare(CLI::App& root, ChosenAction& chosen) {
       .add_option_function<std::string>(
           "DIR", [this](const std::string& folder) { folder_ = folder; }, QM_TR("文件夹（默认用该 Agent 的惯用位置）"))
       ->type_name("");
+  connect.add_flag("--all", all_, QM_TR("依次连接所有已找到的 Agent"));
   declareOne(root, chosen, "disconnect", QM_TR("取消文件夹授权"), &ConnectCommand::disconnect);
   declareOne(root, chosen, "enable", QM_TR("开启一个 Agent 的统计"), &ConnectCommand::enable);
   declareOne(root, chosen, "disable", QM_TR("关闭一个 Agent 的统计"), &ConnectCommand::disable);
@@ -33,6 +38,10 @@ CLI::App& ConnectCommand::declareOne(CLI::App& root, ChosenAction& chosen, const
 }
 
 ExitCode ConnectCommand::run(ProviderAction action) {
+  if (all_) {
+    if (!provider_.empty()) return context_.console.wrongUse(QM_TR("--all 不能和一个 Agent 一起给出。"));
+    return connectAll();
+  }
   if (provider_.empty()) return context_.console.wrongUse(QM_TR("请给出一个 Agent，例如 codex。"));
   const auto provider = providerArgument(provider_);
   if (!provider) return context_.console.wrongUse(provider.error());
@@ -47,7 +56,44 @@ ExitCode ConnectCommand::connect(AgentLogProvider provider) {
   context_.console.printLine(L10n::format(QM_TR("已连接 %@：%@"), {title(provider), location->selectedURL.string()}));
   context_.console.printLine(L10n::format(QM_TR("只保存这个路径，只读取用量计数和时间。取消：%@"),
                                           {context_.toolCommand + " disconnect " + std::string(rawValue(provider))}));
-  return settleSwitchAfterConnecting(provider);
+  const ExitCode code = settleSwitchAfterConnecting(provider);
+  if (code == ExitCode::done) mentionMasterSwitch();
+  return code;
+}
+
+std::vector<AgentLogProvider> ConnectCommand::connectable() {
+  std::vector<AgentLogProvider> providers;
+  for (const AgentLogProvider provider : allAgentLogProviders) {
+    if (context_.access.location(provider) || wasSwitchedOff(provider)) continue;
+    if (context_.access.looksInstalled(provider)) providers.push_back(provider);
+  }
+  return providers;
+}
+
+ExitCode ConnectCommand::connectAll() {
+  const std::vector<AgentLogProvider> providers = connectable();
+  if (providers.empty() && context_.access.detectedProviders().empty()) {
+    return context_.console.failure(QM_TR("没有找到可以连接的 Agent。"));
+  }
+  TerminalFolderPicker terminal(context_.console, STDIN_FILENO, context_.access.places().homeDirectory);
+  OfferedFolderPicker offered;
+  const bool asks = context_.console.outputIsTerminal() && ::isatty(STDIN_FILENO) == 1;
+  AgentAuthorizationCoordinator coordinator(context_.access, asks ? static_cast<FolderPicker&>(terminal) : offered);
+  bool allConnected = false;
+  coordinator.connectInSequence(providers, [&allConnected](bool connected) { allConnected = connected; });
+
+  ExitCode code = allConnected ? ExitCode::done : ExitCode::couldNot;
+  for (const AgentLogProvider provider : providers) {
+    const auto location = context_.access.location(provider);
+    if (!location) continue;
+    context_.console.printLine(L10n::format(QM_TR("已连接 %@：%@"), {title(provider), location->selectedURL.string()}));
+    if (settleSwitchAfterConnecting(provider) != ExitCode::done) code = ExitCode::couldNot;
+  }
+  if (!providers.empty()) mentionMasterSwitch();
+  const AgentAuthorizationFeedback feedback = coordinator.feedback().value_or(AgentAuthorizationFeedback());
+  if (feedback.kind == AgentAuthorizationFeedback::Kind::error) return context_.console.failure(feedback.message());
+  context_.console.printLine(feedback.message());
+  return code;
 }
 
 ExitCode ConnectCommand::refused(const AgentLogAccessError& error, const std::filesystem::path& folder) {
@@ -61,7 +107,7 @@ ExitCode ConnectCommand::refused(const AgentLogAccessError& error, const std::fi
 ExitCode ConnectCommand::settleSwitchAfterConnecting(AgentLogProvider provider) {
   const std::string key = monitoringSettingsKey(provider);
   if (!context_.preferences.boolean(key).value_or(false)) {
-    if (context_.preferences.domain().contains(key)) {
+    if (wasSwitchedOff(provider)) {
       context_.console.printLine(L10n::format(QM_TR("它的统计目前关闭。开启：%@"),
                                               {context_.toolCommand + " enable " + std::string(rawValue(provider))}));
     } else if (const auto stored = context_.preferences.set(key, true); !stored) {
@@ -70,8 +116,13 @@ ExitCode ConnectCommand::settleSwitchAfterConnecting(AgentLogProvider provider) 
       context_.console.printLine(L10n::format(QM_TR("已开启 %@ 的统计。"), {title(provider)}));
     }
   }
-  mentionMasterSwitch();
   return ExitCode::done;
+}
+
+// By the user; an agent whose switch was never touched is off by default, which connecting it changes.
+bool ConnectCommand::wasSwitchedOff(AgentLogProvider provider) const {
+  const std::string key = monitoringSettingsKey(provider);
+  return !context_.preferences.boolean(key).value_or(false) && context_.preferences.domain().contains(key);
 }
 
 ExitCode ConnectCommand::disconnect(AgentLogProvider provider) {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "access/AgentLogAccessError.h"
 #include "access/model/AgentLogProvider.h"
@@ -12,6 +13,9 @@
 namespace quillmeter::ctl {
 
 // `connect`, `disconnect`, `enable` and `disable`: an agent's folder grant and its switch.
+//
+// `connect --all` goes through the agents that are found on this machine and neither connected nor switched off, one
+// after another: on a terminal it asks for each folder, elsewhere it takes the expected ones.
 //
 // Connecting an agent whose switch was never touched turns it on, since counting is what a folder is given for; a
 // switch that the user turned off himself stays off, and the tool says how to turn it on.
@@ -27,18 +31,23 @@ class ConnectCommand final : public Command {
                        ProviderAction action);
   ExitCode run(ProviderAction action);
   ExitCode connect(AgentLogProvider provider);
+  ExitCode connectAll();
+  // The agents that `connect --all` asks for, in catalogue order.
+  std::vector<AgentLogProvider> connectable();
   ExitCode disconnect(AgentLogProvider provider);
   ExitCode enable(AgentLogProvider provider);
   ExitCode disable(AgentLogProvider provider);
 
   ExitCode refused(const AgentLogAccessError& error, const std::filesystem::path& folder);
   ExitCode settleSwitchAfterConnecting(AgentLogProvider provider);
+  bool wasSwitchedOff(AgentLogProvider provider) const;
   // Says so when the switch of all keeps every agent from being counted.
   void mentionMasterSwitch();
 
   ToolContext& context_;
   std::string provider_;
   std::optional<std::string> folder_;
+  bool all_ = false;
 };
 
 }  // namespace quillmeter::ctl

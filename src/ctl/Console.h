@@ -25,6 +25,8 @@ class Console {
 
   void print(std::string_view text);
   void printLine(std::string_view text = {});
+  // Writes what was printed so far, before the tool waits for something.
+  void flush();
   // One sentence on standard error, behind the tool's name.
   void diagnose(std::string_view sentence);
   // diagnose(), and the code to return.
@@ -46,8 +48,6 @@ class Console {
   [[nodiscard]] ExitCode finish(ExitCode code);
 
  private:
-  void flush();
-
   int outputDescriptor_;
   int errorDescriptor_;
   bool outputIsTerminal_;

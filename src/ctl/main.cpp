@@ -14,11 +14,13 @@
 #include "ctl/Console.h"
 #include "ctl/LayoutCommand.h"
 #include "ctl/PreferenceOverride.h"
+#include "ctl/QuickCommand.h"
 #include "ctl/RecordCommand.h"
 #include "ctl/ScreentimeCommand.h"
 #include "ctl/SettingsCommand.h"
 #include "ctl/StatusCommand.h"
 #include "ctl/ToolCommandName.h"
+#include "ctl/UpdateCommand.h"
 #include "ctl/UsageCommand.h"
 #include "ctl/WatchCommand.h"
 #include "ctl/WidgetCommand.h"
@@ -128,10 +130,12 @@ int main(int argc, char** argv) {
   const std::filesystem::path archive = ActivityArchiveFile::defaultPath(paths.dataHome);
   commandLine.add(std::make_unique<ctl::ScreentimeCommand>(context, archive));
   commandLine.add(std::make_unique<ctl::RecordCommand>(context, archive, language));
+  commandLine.add(std::make_unique<ctl::QuickCommand>(context, language));
   commandLine.add(std::make_unique<ctl::LayoutCommand>(context));
   commandLine.add(std::make_unique<ctl::WidgetCommand>(context, suite ? &*suite : nullptr));
   commandLine.add(std::make_unique<ctl::SettingsCommand>(
       context, [&](const std::string& selected) { mirrorLanguage(paths, clock, selected); }));
+  commandLine.add(std::make_unique<ctl::UpdateCommand>(context, language));
   const ctl::ExitCode code = commandLine.run(arguments);
   for (const PreferenceProblem& problem : domain.takeProblems()) console.diagnose(localizedDescription(problem));
   return static_cast<int>(console.finish(code));
