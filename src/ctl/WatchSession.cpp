@@ -14,6 +14,7 @@
 
 #include "base/L10n.h"
 #include "ctl/AgentOverview.h"
+#include "platform/linux/StartupPages.h"
 #include "preferences/SettingsKeys.h"
 
 namespace quillmeter::ctl {
@@ -145,8 +146,21 @@ void WatchSession::systemChanged() {
   if (isAnotherDay && !store_.isRefreshingAgents() && !store_.isCleaningMemory()) store_.refreshAgents();
 }
 
-// Agents that could be counted at once: found here, not connected, and not switched off by the user.
 void WatchSession::agentsChanged() {
+  findHints();
+  draw();
+  // The start is over when the first scan is: what it alone needed goes back to the system, on the queue, since that
+  // takes its time.
+  if (hasReleasedStart_ || store_.agents().lastUpdated == Date::distantPast()) return;
+  hasReleasedStart_ = true;
+  agentQueue_.post([&allocator = *platform_.allocatorRelief] {
+    allocator.releaseUnusedMemory();
+    releaseStartupPages();
+  });
+}
+
+// Agents that could be counted at once: found here, not connected, and not switched off by the user.
+void WatchSession::findHints() {
   hints_.clear();
   PreferenceDomain& stored = context_.preferences.domain();
   for (const AgentLogProvider provider : store_.detectedAgentProviders()) {
@@ -155,7 +169,6 @@ void WatchSession::agentsChanged() {
     if (!isEnabled && stored.contains(monitoringSettingsKey(provider))) continue;
     hints_.push_back(connectCommand(context_, provider));
   }
-  draw();
 }
 
 void WatchSession::settingsChanged(const std::vector<std::string>& keys) {

@@ -43,6 +43,7 @@ class WatchSession {
   void suspend();
   void systemChanged();
   void agentsChanged();
+  void findHints();
   void settingsChanged(const std::vector<std::string>& keys);
   WatchFrame frame();
   void draw();
@@ -71,6 +72,7 @@ class WatchSession {
   std::optional<NonblockingOutput> lines_;  // or
   std::vector<std::string> hints_;
   bool isStarting_ = true;
+  bool hasReleasedStart_ = false;
   bool isQuitting_ = false;
   ExitCode code_ = ExitCode::done;
   std::unique_ptr<DescriptorWatch> signalWatch_, keyWatch_, readerWatch_, writableWatch_;
