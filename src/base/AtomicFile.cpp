@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/FileDescriptor.h"
+#include "base/StaleTemporaries.h"
 
 namespace quillmeter {
 
@@ -41,26 +42,6 @@ tl::expected<fs::path, int> linkTarget(fs::path path) {
   return tl::unexpected(ELOOP);
 }
 
-int makeFolders(const fs::path& folder, mode_t mode) {
-  if (folder.empty() || ::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST) return 0;
-  if (errno != ENOENT) return errno;
-  if (!folder.has_relative_path()) return ENOENT;
-  if (const int error = makeFolders(folder.parent_path(), mode); error != 0) return error;
-  return ::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST ? 0 : errno;
-}
-
-int writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-    if (written < 0) {
-      if (errno == EINTR) continue;
-      return errno;
-    }
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return 0;
-}
-
 // Removes the temporary file unless it was renamed.
 struct TemporaryName {
   std::string path;
@@ -71,6 +52,7 @@ struct TemporaryName {
 };
 
 constexpr mode_t temporaryFileMode = 0600;  // as mkostemp makes it
+constexpr std::string_view temporaryPrefix = ".quillmeter-write-";
 
 int fillTemporary(FileDescriptor& file, std::string_view bytes, const AtomicWriteOptions& options, bool keepOpen) {
   if (options.fileMode != temporaryFileMode && ::fchmod(file.get(), options.fileMode) != 0) return errno;
@@ -99,8 +81,12 @@ tl::expected<FileDescriptor, int> replaceFile(const fs::path& path, std::string_
     if (!folderFile) return tl::unexpected(errno);
   }
 
+  // Files in memory are gone with the session anyway.
+  if (options.synchronize) {
+    for (const fs::path& left : staleTemporaries(folder, temporaryPrefix)) ::unlink(left.c_str());
+  }
   // A short name of its own, because the target's may already have the longest length that a file system takes.
-  TemporaryName temporary{(folder / ".quillmeter-XXXXXX").string()};
+  TemporaryName temporary{(folder / std::string(temporaryPrefix).append("XXXXXX")).string()};
   FileDescriptor file(::mkostemp(temporary.path.data(), O_CLOEXEC));
   if (!file) {
     temporary.armed = false;
@@ -115,6 +101,14 @@ tl::expected<FileDescriptor, int> replaceFile(const fs::path& path, std::string_
 }
 
 }  // namespace
+
+int makeFolders(const fs::path& folder, mode_t mode) {
+  if (folder.empty() || ::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST) return 0;
+  if (errno != ENOENT) return errno;
+  if (!folder.has_relative_path()) return ENOENT;
+  if (const int error = makeFolders(folder.parent_path(), mode); error != 0) return error;
+  return ::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST ? 0 : errno;
+}
 
 tl::expected<void, int> writeFileAtomically(const fs::path& path, std::string_view bytes,
                                             const AtomicWriteOptions& options) {

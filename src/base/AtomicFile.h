@@ -19,7 +19,8 @@ struct AtomicWriteOptions {
 
 // Replaces the file at `path` by `bytes`: a temporary file beside it, write, fsync, rename, fsync of the folder. After
 // any failure the old file is as it was and the temporary one is gone; the error is the errno. A link at `path` is
-// followed, so that a linked file stays a link.
+// followed, so that a linked file stays a link. A synchronised write also removes the temporary files that processes
+// killed while they wrote left in the folder more than an hour ago.
 [[nodiscard]] tl::expected<void, int> writeFileAtomically(const std::filesystem::path& path, std::string_view bytes,
                                                           const AtomicWriteOptions& options = {});
 
@@ -27,5 +28,8 @@ struct AtomicWriteOptions {
 [[nodiscard]] tl::expected<FileDescriptor, int> replaceFileAtomically(const std::filesystem::path& path,
                                                                       std::string_view bytes,
                                                                       const AtomicWriteOptions& options = {});
+
+// Makes the folders that are missing on the way to `folder`, and itself. 0 or the errno.
+int makeFolders(const std::filesystem::path& folder, mode_t mode);
 
 }  // namespace quillmeter

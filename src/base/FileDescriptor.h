@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <utility>
 
 namespace quillmeter {
@@ -24,5 +25,8 @@ class FileDescriptor {
  private:
   int fd_ = -1;
 };
+
+// Writes all of `bytes`, however many calls that takes. 0 or the errno of the call that failed.
+int writeAll(int fd, std::string_view bytes);
 
 }  // namespace quillmeter

@@ -9,6 +9,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include "base/FileDescriptor.h"
 #include "base/L10n.h"
 #include "ctl/DisplayWidth.h"
 
@@ -17,19 +18,6 @@ namespace {
 
 constexpr std::size_t flushBytes = 65'536;
 constexpr int defaultColumns = 80;
-
-// 0 or the errno of the failed write.
-int writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-    if (written < 0) {
-      if (errno == EINTR) continue;
-      return errno;
-    }
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return 0;
-}
 
 bool environmentAllowsColor() {
   const char* noColor = std::getenv("NO_COLOR");

@@ -16,13 +16,7 @@ namespace quillmeter {
 namespace {
 
 constexpr mode_t ownerOnly = 0600;
-
-// Folders that are missing on the way, open to the user alone.
-bool makeFolders(const std::filesystem::path& folder) {
-  if (folder.empty() || mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST) return true;
-  if (errno != ENOENT || !folder.has_relative_path() || folder.parent_path() == folder) return false;
-  return makeFolders(folder.parent_path()) && (mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST);
-}
+constexpr mode_t ownerOnlyFolder = 0700;
 
 // The whole file, or the errno. Devices and pipes are refused before they can block.
 tl::expected<std::string, int> readArchive(const std::filesystem::path& path, struct stat& status) {
@@ -41,15 +35,6 @@ tl::expected<std::string, int> readArchive(const std::filesystem::path& path, st
   }
   bytes.resize(filled);
   return bytes;
-}
-
-// A process that was killed while it saved leaves its temporary file; with the lock held, none of them is anybody's.
-void sweepTemporaryFiles(const std::filesystem::path& folder) {
-  std::error_code error;
-  std::filesystem::directory_iterator entry(folder, error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    if (entry->path().filename().string().starts_with(".quillmeter-")) unlink(entry->path().c_str());
-  }
 }
 
 }  // namespace
@@ -81,13 +66,12 @@ bool ActivityArchiveFile::lockIsInPlace() const {
 ArchiveOutcome ActivityArchiveFile::claim() {
   if (lockIsInPlace()) return ArchiveOutcome::done;
   lock_.reset();
-  if (!makeFolders(path_.parent_path())) return ArchiveOutcome::failed;
+  if (makeFolders(path_.parent_path(), ownerOnlyFolder) != 0) return ArchiveOutcome::failed;
   FileDescriptor lock(open(lockPath_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, ownerOnly));
   if (!lock) return ArchiveOutcome::failed;
   if (flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
     return errno == EWOULDBLOCK ? ArchiveOutcome::heldByOther : ArchiveOutcome::failed;
   lock_ = std::move(lock);
-  sweepTemporaryFiles(path_.parent_path());
   return ArchiveOutcome::done;
 }
 

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <functional>
 #include <string>
@@ -96,6 +97,31 @@ TEST(AtomicFile, aFileWithTheLongestNameIsWrittenToo) {
   const fs::path path = folder.path() / std::string(255, 'n');
   EXPECT_EQ(errorOfWriting(path, "x"), 0);
   EXPECT_EQ(test::readFile(path), "x");
+}
+
+TEST(AtomicFile, whatKilledProcessesLeftIsRemovedOnceItIsOld) {
+  const test::TemporaryDirectory folder;
+  const auto old = fs::file_time_type::clock::now() - std::chrono::hours(2);
+  const auto write = [&](const std::string& name, bool isOld) {
+    const fs::path path = folder.write(name, "x");
+    if (isOld) fs::last_write_time(path, old);
+    return path;
+  };
+  const fs::path left = write(".quillmeter-write-aB3dE6", true);
+  const fs::path kept[] = {
+      write(".quillmeter-write-fresh1", false), write(".quillmeter-write-notes.txt", true),
+      write(".quillmeter-write-no-tmp", true),  write(".quillmeter-backup", true),
+      write("quillmeter-write-aB3dE6", true),   write(".quillmeter-write-folder/file", true),
+  };
+  fs::last_write_time(folder.path() / ".quillmeter-write-folder", old);
+  fs::create_symlink(kept[3], folder.path() / ".quillmeter-write-aLink1");
+
+  ASSERT_EQ(errorOfWriting(folder.path() / "file", "x", {.synchronize = false}), 0);
+  EXPECT_TRUE(fs::exists(left)) << "a file in memory is not worth the look";
+  ASSERT_EQ(errorOfWriting(folder.path() / "file", "x"), 0);
+  EXPECT_FALSE(fs::exists(left));
+  for (const fs::path& path : kept) EXPECT_TRUE(fs::exists(path)) << path;
+  EXPECT_TRUE(fs::is_symlink(folder.path() / ".quillmeter-write-aLink1"));
 }
 
 TEST(AtomicFile, whatCannotBeWrittenLeavesNothingBehind) {

@@ -1,5 +1,6 @@
 #include "screentime/ActivityArchiveFile.h"
 
+#include <chrono>
 #include <csignal>
 #include <functional>
 #include <random>
@@ -280,8 +281,12 @@ TEST(ActivityArchiveFile, killedWhileSavingItIsAlwaysTheOldOrTheNewFile) {
   }
   ActivityArchiveFile file(place.path);
   EXPECT_EQ(file.claim(), ArchiveOutcome::done);
+  for (const auto& entry : std::filesystem::directory_iterator(place.folder)) {
+    std::filesystem::last_write_time(entry, std::filesystem::file_time_type::clock::now() - std::chrono::hours(2));
+  }
+  EXPECT_EQ(file.save({Date{0}, true, small}), ArchiveOutcome::done);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(place.folder), {}), 2)
-      << "what broken saves left is swept away";
+      << "what broken saves left is swept away once it is old";
   EXPECT_GT(landedIn[0], 0);
   EXPECT_GT(landedIn[1], 0);
 }

@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include "base/FileDescriptor.h"
+#include "base/StaleTemporaries.h"
 
 namespace quillmeter {
 
@@ -21,6 +22,7 @@ namespace {
 
 constexpr std::size_t blockBytes = 1'048'576;
 constexpr const char* copyName = "database";
+constexpr std::string_view folderPrefix = "quillmeter-database-";
 
 // Copies can be large, so a folder on disk comes before one that may lie in memory.
 std::filesystem::path temporaryFolder() {
@@ -40,24 +42,13 @@ FileDescriptor createFile(const std::filesystem::path& path) {
   return FileDescriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
 }
 
-bool writeAll(int fd, const char* bytes, std::size_t count) {
-  while (count > 0) {
-    const ssize_t written = ::write(fd, bytes, count);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    bytes += written;
-    count -= static_cast<std::size_t>(written);
-  }
-  return true;
-}
-
 bool copyDatabase(const DatabaseGuard& guard, std::int64_t size, const std::filesystem::path& target,
                   std::vector<char>& block) {
   const FileDescriptor out = createFile(target);
   if (!out) return false;
   for (std::int64_t offset = 0; offset < size;) {
     const auto count = static_cast<std::size_t>(std::min<std::int64_t>(size - offset, std::int64_t{blockBytes}));
-    if (!guard.read({block.data(), count}, offset) || !writeAll(out.get(), block.data(), count)) return false;
+    if (!guard.read({block.data(), count}, offset) || writeAll(out.get(), {block.data(), count}) != 0) return false;
     offset += static_cast<std::int64_t>(count);
   }
   return true;
@@ -71,10 +62,20 @@ bool copyLog(const std::filesystem::path& source, std::int64_t size, const std::
   for (std::int64_t left = size; left > 0;) {
     const ssize_t count = ::read(in.get(), block.data(), std::min(block.size(), static_cast<std::size_t>(left)));
     if (count < 0 && errno == EINTR) continue;
-    if (count <= 0 || !writeAll(out.get(), block.data(), static_cast<std::size_t>(count))) return false;
+    if (count <= 0 || writeAll(out.get(), {block.data(), static_cast<std::size_t>(count)}) != 0) return false;
     left -= count;
   }
   return true;
+}
+
+// A process that was killed before it had its copy open leaves it. Of a folder only what a copy consists of is removed.
+void removeStaleCopies(const std::filesystem::path& parent) {
+  for (const auto& folder : staleTemporaries(parent, folderPrefix)) {
+    for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
+      ::unlink((folder / copyName).concat(suffix).c_str());
+    }
+    ::rmdir(folder.c_str());
+  }
 }
 
 }  // namespace
@@ -88,8 +89,10 @@ std::unique_ptr<DatabaseCopy> DatabaseCopy::make(const DatabaseGuard& guard, con
   const bool hadIndex = FileStamp::of(guard.beside("-shm")).has_value();
 
   const auto parent = folder.empty() ? temporaryFolder() : folder;
-  if (parent.empty() || !hasRoom(parent, database->size + log->size)) return nullptr;
-  std::string pattern = (parent / "quillmeter-database-XXXXXX").string();
+  if (parent.empty()) return nullptr;
+  removeStaleCopies(parent);
+  if (!hasRoom(parent, database->size + log->size)) return nullptr;
+  std::string pattern = (parent / std::string(folderPrefix).append("XXXXXX")).string();
   if (::mkdtemp(pattern.data()) == nullptr) return nullptr;
   std::unique_ptr<DatabaseCopy> copy(new DatabaseCopy(std::move(pattern)));
 

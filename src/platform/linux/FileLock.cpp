@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <thread>
 
+#include "base/AtomicFile.h"
+
 namespace quillmeter {
 
 namespace {
@@ -71,13 +73,6 @@ int openLockFile(const std::filesystem::path& path) {
   return ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, lockFileMode);
 }
 
-int makeFolders(const std::filesystem::path& folder) {
-  if (::mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST) return 0;
-  if (errno != ENOENT || !folder.has_relative_path()) return errno;
-  if (const int error = makeFolders(folder.parent_path()); error != 0) return error;
-  return ::mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST ? 0 : errno;
-}
-
 }  // namespace
 
 FileLock::Hold::~Hold() {
@@ -99,7 +94,7 @@ tl::expected<FileLock::Hold, int> FileLock::acquire(Milliseconds patience) {
 int FileLock::open() {
   int fd = openLockFile(path_);
   if (fd < 0 && errno == ENOENT) {
-    if (const int error = makeFolders(path_.parent_path()); error != 0) return error;
+    if (const int error = makeFolders(path_.parent_path(), folderMode); error != 0) return error;
     fd = openLockFile(path_);
   }
   if (fd < 0) return errno;

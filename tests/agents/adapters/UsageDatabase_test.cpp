@@ -1,6 +1,7 @@
 #include "agents/adapters/UsageDatabase.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -169,6 +170,25 @@ TEST_F(LeftBehind, copyIsBounded) {
   EXPECT_FALSE(UsageDatabase(path, limits).isOpen());
   EXPECT_EQ(folderState(path.parent_path()), before);
   EXPECT_TRUE(std::filesystem::is_empty(folder_.path() / "copies"));
+}
+
+TEST_F(LeftBehind, copiesOfKilledProcessesAreRemovedOnceTheyAreOld) {
+  const auto path = killedWriter("a");
+  std::filesystem::remove(path.string() + "-shm");
+  const auto copies = folder_.path() / "copies";
+  const auto limits = copyingInto(copies);
+  for (const char* name : {"quillmeter-database-aB3dE6/database", "quillmeter-database-aB3dE6/database-wal",
+                           "quillmeter-database-fresh1/database", "quillmeter-database-backup/letters"}) {
+    folder_.write(std::filesystem::path("copies") / name, "x");
+  }
+  const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(2);
+  for (const char* name : {"quillmeter-database-aB3dE6", "quillmeter-database-backup"})
+    std::filesystem::last_write_time(copies / name, old);
+
+  EXPECT_TRUE(UsageDatabase(path, limits).isOpen());
+  EXPECT_FALSE(std::filesystem::exists(copies / "quillmeter-database-aB3dE6"));
+  EXPECT_TRUE(std::filesystem::exists(copies / "quillmeter-database-fresh1/database"));
+  EXPECT_TRUE(std::filesystem::exists(copies / "quillmeter-database-backup/letters"));
 }
 
 TEST_F(LeftBehind, everyStateIsReadFromAFolderThatCannotBeWritten) {
