@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what the build needs (Debian 12), builds, and starts Quillmeter.
-#   ./run.sh                 the terminal view
+#   ./run.sh                 the live view (without a terminal: the usage report)
 #   ./run.sh ARGUMENTS...    quillmeterctl with these arguments
 # Standard output belongs to the program alone; what the build has to say goes to standard error.
 set -euo pipefail
@@ -63,5 +63,7 @@ case $0 in
 */*) export QUILLMETER_COMMAND=$0 ;;
 *) export QUILLMETER_COMMAND=./$0 ;;
 esac
-[ $# -gt 0 ] || set -- usage
+if [ $# -eq 0 ]; then
+  if [ -t 1 ]; then set -- watch; else set -- usage; fi
+fi
 exec "$build/src/ctl/quillmeterctl" "$@"

@@ -22,7 +22,7 @@ _quillmeterctl() {
   --language) mapfile -t COMPREPLY < <(compgen -W "zh-Hans en" -- "$cur"); return ;;
   --range) mapfile -t COMPREPLY < <(compgen -W "today week month" -- "$cur"); return ;;
   --folder) mapfile -t COMPREPLY < <(compgen -S = -W "$providers" -- "$cur"); compopt -o nospace; return ;;
-  --now) return ;;
+  --now | --interval) return ;;
   =) mapfile -t COMPREPLY < <(compgen -d -- "$cur"); compopt -o filenames; return ;;
   esac
   if [[ $cur == -* ]]; then
@@ -30,13 +30,14 @@ _quillmeterctl() {
     case $command in
     "") options+=" --version" ;;
     usage) options+=" --json --range --now --folder --verbose" ;;
-    agents) options+=" --json" ;;
+    agents | status | layout) options+=" --json" ;;
+    watch) options+=" --interval" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
     return
   fi
   case $command in
-  "") mapfile -t COMPREPLY < <(compgen -W "usage agents connect disconnect enable disable settings" -- "$cur") ;;
+  "") mapfile -t COMPREPLY < <(compgen -W "status watch usage layout widget agents connect disconnect enable disable settings" -- "$cur") ;;
   connect)
     if [ -z "$action" ]; then
       mapfile -t COMPREPLY < <(compgen -W "$providers" -- "$cur")
@@ -46,6 +47,7 @@ _quillmeterctl() {
     fi
     ;;
   disconnect | enable | disable) [ -n "$action" ] || mapfile -t COMPREPLY < <(compgen -W "$providers" -- "$cur") ;;
+  layout) [ -n "$action" ] || mapfile -t COMPREPLY < <(compgen -W "dashboard menubar" -- "$cur") ;;
   settings)
     if [ -z "$action" ]; then
       mapfile -t COMPREPLY < <(compgen -W "get set unset" -- "$cur")

@@ -1,6 +1,6 @@
 # fish completion of quillmeterctl
 
-set -l commands usage agents connect disconnect enable disable settings
+set -l commands status watch layout widget usage agents connect disconnect enable disable settings
 set -l providers codex claude qwenOffice workBuddy opencode hermes openclaw pi
 set -l none "not __fish_seen_subcommand_from $commands"
 set -l changing "__fish_seen_subcommand_from disconnect enable disable"
@@ -10,6 +10,10 @@ complete -c quillmeterctl -f
 complete -c quillmeterctl -s h -l help -d 'Show help'
 complete -c quillmeterctl -l language -x -a 'zh-Hans en' -d 'Language of the output'
 complete -c quillmeterctl -n $none -l version -d 'Show the version'
+complete -c quillmeterctl -n $none -a status -d 'One sample of the machine'
+complete -c quillmeterctl -n $none -a watch -d 'Machine and tokens, live'
+complete -c quillmeterctl -n $none -a layout -d 'Cards of the dashboard and the menu bar'
+complete -c quillmeterctl -n $none -a widget -d 'The record that widgets read'
 complete -c quillmeterctl -n $none -a usage -d 'Tokens of today, this week and this month'
 complete -c quillmeterctl -n $none -a agents -d 'The eight agents and their state'
 complete -c quillmeterctl -n $none -a connect -d 'Allow reading a log folder'
@@ -17,7 +21,9 @@ complete -c quillmeterctl -n $none -a disconnect -d 'Forget a folder'
 complete -c quillmeterctl -n $none -a enable -d 'Count an agent'
 complete -c quillmeterctl -n $none -a disable -d 'Stop counting an agent'
 complete -c quillmeterctl -n $none -a settings -d 'List, read or change settings'
-complete -c quillmeterctl -n '__fish_seen_subcommand_from usage agents' -l json -d 'Print JSON'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from usage agents status layout' -l json -d 'Print JSON'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from watch' -l interval -x -d 'Seconds between two samples'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from layout' -a 'dashboard menubar'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from usage' -l range -x -a 'today week month' -d 'Range of the bars'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from usage' -l now -x -d 'Take this instant for now'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from usage' -l folder -x -a "(printf '%s=\n' $providers)" -d 'Count this folder only'
