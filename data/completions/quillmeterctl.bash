@@ -37,7 +37,7 @@ _quillmeterctl() {
     return
   fi
   case $command in
-  "") mapfile -t COMPREPLY < <(compgen -W "status watch usage layout widget agents connect disconnect enable disable settings" -- "$cur") ;;
+  "") mapfile -t COMPREPLY < <(compgen -W "status watch usage layout widget agents connect disconnect enable disable screentime record settings" -- "$cur") ;;
   connect)
     if [ -z "$action" ]; then
       mapfile -t COMPREPLY < <(compgen -W "$providers" -- "$cur")

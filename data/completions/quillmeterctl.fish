@@ -1,6 +1,6 @@
 # fish completion of quillmeterctl
 
-set -l commands status watch layout widget usage agents connect disconnect enable disable settings
+set -l commands status watch layout widget usage agents connect disconnect enable disable screentime record settings
 set -l providers codex claude qwenOffice workBuddy opencode hermes openclaw pi
 set -l none "not __fish_seen_subcommand_from $commands"
 set -l changing "__fish_seen_subcommand_from disconnect enable disable"
@@ -20,6 +20,13 @@ complete -c quillmeterctl -n $none -a connect -d 'Allow reading a log folder'
 complete -c quillmeterctl -n $none -a disconnect -d 'Forget a folder'
 complete -c quillmeterctl -n $none -a enable -d 'Count an agent'
 complete -c quillmeterctl -n $none -a disable -d 'Stop counting an agent'
+complete -c quillmeterctl -n $none -a screentime -d 'Screen time of a day or a week'
+complete -c quillmeterctl -n $none -a record -d 'Record screen time in the foreground'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from screentime' -l json -d 'Print JSON'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from screentime' -l csv -d 'Print CSV'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from screentime' -l day -x -d 'This day'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from screentime' -l week -x -d 'The week that holds this day'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from screentime record' -l archive -r -F -d 'Record file'
 complete -c quillmeterctl -n $none -a settings -d 'List, read or change settings'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from usage agents status layout' -l json -d 'Print JSON'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from watch' -l interval -x -d 'Seconds between two samples'
