@@ -22,7 +22,8 @@ _quillmeterctl() {
   --language) mapfile -t COMPREPLY < <(compgen -W "zh-Hans en" -- "$cur"); return ;;
   --range) mapfile -t COMPREPLY < <(compgen -W "today week month" -- "$cur"); return ;;
   --folder) mapfile -t COMPREPLY < <(compgen -S = -W "$providers" -- "$cur"); compopt -o nospace; return ;;
-  --now | --interval) return ;;
+  --now | --interval | --day | --week) return ;;
+  --archive) mapfile -t COMPREPLY < <(compgen -f -- "$cur"); compopt -o filenames; return ;;
   =) mapfile -t COMPREPLY < <(compgen -d -- "$cur"); compopt -o filenames; return ;;
   esac
   if [[ $cur == -* ]]; then
@@ -32,6 +33,8 @@ _quillmeterctl() {
     usage) options+=" --json --range --now --folder --verbose" ;;
     agents | status | layout) options+=" --json" ;;
     watch) options+=" --interval" ;;
+    screentime) options+=" --json --csv --day --week --archive" ;;
+    record) options+=" --archive" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
     return
