@@ -31,7 +31,8 @@ _quillmeterctl() {
     case $command in
     "") options+=" --version" ;;
     usage) options+=" --json --range --now --folder --verbose" ;;
-    agents | status | layout) options+=" --json" ;;
+    agents | status | layout | quick | update) options+=" --json" ;;
+    connect) options+=" --all" ;;
     watch) options+=" --interval" ;;
     screentime) options+=" --json --csv --day --week --archive" ;;
     record) options+=" --archive" ;;
@@ -40,7 +41,7 @@ _quillmeterctl() {
     return
   fi
   case $command in
-  "") mapfile -t COMPREPLY < <(compgen -W "status watch usage layout widget agents connect disconnect enable disable screentime record settings" -- "$cur") ;;
+  "") mapfile -t COMPREPLY < <(compgen -W "status watch usage layout widget agents connect disconnect enable disable screentime record settings quick update" -- "$cur") ;;
   connect)
     if [ -z "$action" ]; then
       mapfile -t COMPREPLY < <(compgen -W "$providers" -- "$cur")
@@ -50,6 +51,7 @@ _quillmeterctl() {
     fi
     ;;
   disconnect | enable | disable) [ -n "$action" ] || mapfile -t COMPREPLY < <(compgen -W "$providers" -- "$cur") ;;
+  quick) [ -n "$action" ] || mapfile -t COMPREPLY < <(compgen -W "volume balance mute output" -- "$cur") ;;
   layout) [ -n "$action" ] || mapfile -t COMPREPLY < <(compgen -W "dashboard menubar" -- "$cur") ;;
   settings)
     if [ -z "$action" ]; then

@@ -1,6 +1,6 @@
 # fish completion of quillmeterctl
 
-set -l commands status watch layout widget usage agents connect disconnect enable disable screentime record settings
+set -l commands status watch layout widget usage agents connect disconnect enable disable screentime record settings quick update
 set -l providers codex claude qwenOffice workBuddy opencode hermes openclaw pi
 set -l none "not __fish_seen_subcommand_from $commands"
 set -l changing "__fish_seen_subcommand_from disconnect enable disable"
@@ -27,9 +27,13 @@ complete -c quillmeterctl -n '__fish_seen_subcommand_from screentime' -l csv -d 
 complete -c quillmeterctl -n '__fish_seen_subcommand_from screentime' -l day -x -d 'This day'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from screentime' -l week -x -d 'The week that holds this day'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from screentime record' -l archive -r -F -d 'Record file'
+complete -c quillmeterctl -n $none -a quick -d 'Network, Wi-Fi and sound output'
+complete -c quillmeterctl -n $none -a update -d 'Check for a newer version'
 complete -c quillmeterctl -n $none -a settings -d 'List, read or change settings'
-complete -c quillmeterctl -n '__fish_seen_subcommand_from usage agents status layout' -l json -d 'Print JSON'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from usage agents status layout quick update' -l json -d 'Print JSON'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from watch' -l interval -x -d 'Seconds between two samples'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from connect' -l all -d 'All agents that are found'
+complete -c quillmeterctl -n '__fish_seen_subcommand_from quick; and not __fish_seen_subcommand_from volume balance mute output' -a 'volume balance mute output'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from layout' -a 'dashboard menubar'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from usage' -l range -x -a 'today week month' -d 'Range of the bars'
 complete -c quillmeterctl -n '__fish_seen_subcommand_from usage' -l now -x -d 'Take this instant for now'
