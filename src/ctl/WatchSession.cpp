@@ -31,6 +31,18 @@ bool understandsSequences() {
   return term != nullptr && *term != '\0' && std::string_view(term) != "dumb";
 }
 
+// Of a key that sends more than one character (an arrow, a function key, one with Alt), none of which is ours.
+std::size_t escapeSequenceLength(std::string_view keys) {
+  std::size_t length = 2;
+  if (keys.substr(1).starts_with('[')) {
+    while (length < keys.size() && (keys[length] < '@' || keys[length] > '~')) ++length;
+    ++length;
+  } else if (keys.substr(1).starts_with('O')) {
+    length = 3;
+  }
+  return std::min(length, keys.size());
+}
+
 MonitorStoreServices services(ToolContext& context, const MonotonicClock& uptime, Platform& platform,
                               SerialQueue& queue, SharedSnapshotStore& shared) {
   return {context.clock,       uptime,         *platform.timers, *platform.mainExecutor, queue,
@@ -122,11 +134,18 @@ void WatchSession::takeKeys() {
     quit(ExitCode::done);  // the terminal is gone
     return;
   }
-  // What begins with an escape is a key of its own (an arrow, a function key) and none of ours.
-  if (count <= 0 || keys[0] == escapeKey) return;
-  for (const char key : std::string_view(keys.data(), static_cast<std::size_t>(count))) {
+  if (count > 0) handleKeys({keys.data(), static_cast<std::size_t>(count)});
+}
+
+void WatchSession::handleKeys(std::string_view keys) {
+  while (!keys.empty() && !isQuitting_) {
+    if (keys.front() == escapeKey) {
+      keys.remove_prefix(escapeSequenceLength(keys));
+      continue;
+    }
+    const char key = keys.front();
+    keys.remove_prefix(1);
     if (key == 'q' || key == 'Q') quit(ExitCode::done);
-    if (isQuitting_) return;
     if (key == 'r' || key == 'R') store_.refreshAll();
     if (key == 'm' || key == 'M') store_.cleanMemory();
     if (key == redrawKey) screen_->invalidate(), draw();

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/Calendar.h"
@@ -40,6 +41,7 @@ class WatchSession {
   void startLines();
   void takeSignals();
   void takeKeys();
+  void handleKeys(std::string_view keys);
   void suspend();
   void systemChanged();
   void agentsChanged();
