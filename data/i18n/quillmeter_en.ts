@@ -130,6 +130,7 @@
     <message id="“%@”不是 PROVIDER=DIR 的形式，例如 codex=~/.codex。"><source/><translation>“%@” is not of the form PROVIDER=DIR, for example codex=~/.codex.</translation></message>
     <message id="%@ 的文件夹给出了两次。"><source/><translation>The folder of %@ is given twice.</translation></message>
     <message id="%@：无法读取 %@"><source/><translation>%@: cannot read %@</translation></message>
+    <message id="%@：%@ 下无法读取的来源：%d"><source/><translation>%@: unreadable sources below %@: %d</translation></message>
     <message id="Token 用量"><source/><translation>Token usage</translation></message>
     <message id="总计"><source/><translation>Total</translation></message>
     <message id="输入"><source/><translation>Input</translation></message>

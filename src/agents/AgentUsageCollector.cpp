@@ -125,6 +125,7 @@ struct AgentUsageCollector::State {
   void addActivity(Scan& scan, AgentLogProvider provider, std::string_view source, std::string sessionID,
                    Date lastActivity, std::int64_t totalTokens);
   void reportUnreadable(ProviderTally& tally, const std::string& path, int error);
+  void reportUnlisted(ProviderTally& tally, const LogListing& listing);
   AgentUsageSnapshot snapshotOf(const Scan& scan) const;
 
   static bool needsTimeline(const Scan& scan, const CodexSessionDay::Day& day);
@@ -218,7 +219,7 @@ void AgentUsageCollector::State::runJobs(Scan& scan) {
 }
 
 void AgentUsageCollector::State::collectCodex(Scan& scan, ScannedSource& scanned) {
-  scanned.tally.addUnreadable(scanned.listing.unlistedFolders);
+  reportUnlisted(scanned.tally, scanned.listing);
   if (!scanned.listing.files.empty()) scanned.tally.setDetected();
   for (const LogFile& file : scanned.listing.files) addCodexFile(scan, scanned.tally, file);
 }
@@ -256,7 +257,7 @@ void AgentUsageCollector::State::addCodexFile(Scan& scan, ProviderTally& tally, 
 
 void AgentUsageCollector::State::collectClaude(Scan& scan, ScannedSource& scanned) {
   ProviderTally& tally = scanned.tally;
-  tally.addUnreadable(scanned.listing.unlistedFolders);
+  reportUnlisted(tally, scanned.listing);
   if (!scanned.listing.files.empty()) tally.setDetected();
   for (const LogFile& file : scanned.listing.files) {
     if (const auto failed = failedFiles.find(file.path); failed != failedFiles.end()) {
@@ -312,6 +313,11 @@ void AgentUsageCollector::State::addActivity(Scan& scan, AgentLogProvider provid
 void AgentUsageCollector::State::reportUnreadable(ProviderTally& tally, const std::string& path, int error) {
   tally.addUnreadable(1);
   if (unreadableLogs.size() < maximumNamedLogs) unreadableLogs.push_back({tally.provider(), path, error});
+}
+
+void AgentUsageCollector::State::reportUnlisted(ProviderTally& tally, const LogListing& listing) {
+  for (const UnlistedFolder& folder : listing.namedFolders) reportUnreadable(tally, folder.path, folder.error);
+  tally.addUnreadable(listing.unlistedFolders - static_cast<int>(listing.namedFolders.size()));
 }
 
 AgentUsageSnapshot AgentUsageCollector::State::snapshotOf(const Scan& scan) const {

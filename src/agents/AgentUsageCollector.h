@@ -14,7 +14,7 @@
 
 namespace quillmeter {
 
-// A log that the last scan could not read; `error` is an errno, EOVERFLOW when its counters cannot be summed.
+// A log, or a folder of logs, that the last scan could not read; `error` is an errno, EOVERFLOW when its counters cannot be summed.
 struct UnreadableLog {
   AgentLogProvider provider = AgentLogProvider::codex;
   std::string path;

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
-
-#include "base/DirectoryWalk.h"
+#include <utility>
 
 namespace quillmeter {
 
@@ -22,12 +21,12 @@ bool isJSONLines(std::string_view name) {
 
 LogListing recentJSONLFiles(const std::filesystem::path& root, Date since) {
   LogListing listing;
-  const WalkOutcome outcome =
-      walkDirectory(root, WalkOptions{}, isJSONLines, [&listing, since](const WalkedFile& file) {
-        if (file.modifiedAt < since) return;
-        listing.files.push_back({file.path.native(), file.modifiedAt, file.size});
-      });
+  WalkOutcome outcome = walkDirectory(root, WalkOptions{}, isJSONLines, [&listing, since](const WalkedFile& file) {
+    if (file.modifiedAt < since) return;
+    listing.files.push_back({file.path.native(), file.modifiedAt, file.size});
+  });
   listing.unlistedFolders = outcome.unlistedFolders;
+  listing.namedFolders = std::move(outcome.named);
   std::sort(listing.files.begin(), listing.files.end(), [](const LogFile& a, const LogFile& b) {
     return a.modifiedAt != b.modifiedAt ? a.modifiedAt > b.modifiedAt : a.path < b.path;
   });

@@ -7,6 +7,7 @@
 
 #include "agents/model/FileSignature.h"
 #include "base/Date.h"
+#include "base/DirectoryWalk.h"
 
 namespace quillmeter {
 
@@ -22,7 +23,8 @@ struct LogFile {
 
 struct LogListing {
   std::vector<LogFile> files;
-  int unlistedFolders = 0;  // folders below the root that could not be opened
+  int unlistedFolders = 0;                   // folders that could not be listed
+  std::vector<UnlistedFolder> namedFolders;  // the first of them
 };
 
 // The regular files below `root` (hidden ones too) with the extension "jsonl" in any case, modified at or after

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "base/FileDescriptor.h"
 
@@ -38,8 +39,11 @@ class Walk {
     if (Directory directory = openDirectory(AT_FDCWD, path_.c_str(), 0)) {
       if (path_.back() == '/') path_.pop_back();
       outcome_.rootListed = list(directory.get(), 0);
+      if (!outcome_.rootListed) noteUnlisted(errno);
+    } else if (!meansVanished(errno)) {
+      noteUnlisted(errno);
     }
-    return outcome_;
+    return std::move(outcome_);
   }
 
  private:
@@ -86,17 +90,20 @@ class Walk {
   }
 
   void descend(int parent, const char* name, int depth) {
-    if (depth > maximumDepth) {
-      ++outcome_.unlistedFolders;
-      return;
-    }
+    if (depth > maximumDepth) return noteUnlisted(ENAMETOOLONG);
     const Directory directory = openDirectory(parent, name, O_NOFOLLOW);
     if (!directory) {
-      const bool vanished = errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
-      if (!vanished) ++outcome_.unlistedFolders;
+      if (!meansVanished(errno)) noteUnlisted(errno);
       return;
     }
-    if (!list(directory.get(), depth)) ++outcome_.unlistedFolders;
+    if (!list(directory.get(), depth)) noteUnlisted(errno);
+  }
+
+  static bool meansVanished(int error) { return error == ENOENT || error == ENOTDIR || error == ELOOP; }
+
+  void noteUnlisted(int error) {
+    ++outcome_.unlistedFolders;
+    if (outcome_.named.size() < WalkOutcome::maximumNamed) outcome_.named.push_back({path_, error});
   }
 
   const WalkOptions& options_;

@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/Date.h"
 
@@ -20,10 +22,18 @@ struct WalkOptions {
   bool skipHidden = false;  // names that begin with "." are left out, folders with all below them
 };
 
-// What could not be listed below a root.
+struct UnlistedFolder {
+  std::string path;
+  int error = 0;  // an errno; ENAMETOOLONG beyond the depth
+};
+
+// What could not be listed of a root that is there.
 struct WalkOutcome {
+  static constexpr std::size_t maximumNamed = 100;
+
   bool rootListed = false;
-  int unlistedFolders = 0;  // folders below the root that could not be opened
+  int unlistedFolders = 0;            // folders, the root too, that could not be listed to their end
+  std::vector<UnlistedFolder> named;  // the first of them
 };
 
 // Visits every regular file below `root`, folders recursively, in no particular order. `root` itself may be a link;

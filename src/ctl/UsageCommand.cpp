@@ -105,13 +105,26 @@ AgentUsageSnapshot UsageCommand::scan(const std::vector<AgentLogSource>& sources
     const ScanProgressLine progressLine(context_.console, collector);
     snapshot = collector.collect(sources, now);
   }
-  if (verbose_) {
-    for (const UnreadableLog& log : collector.unreadableLogs()) {
-      context_.console.diagnose(L10n::format(QM_TR("%@：无法读取 %@"), {title(log.provider), log.path}) + " (" +
+  if (verbose_) nameUnreadable(sources, snapshot, collector.unreadableLogs());
+  return snapshot;
+}
+
+// What an agent's reader only counts, such as archives in a database, is told with the folder it lies in.
+void UsageCommand::nameUnreadable(const std::vector<AgentLogSource>& sources, const AgentUsageSnapshot& snapshot,
+                                  const std::vector<UnreadableLog>& logs) {
+  for (std::size_t i = 0; i < sources.size(); ++i) {  // one entry a source
+    const std::string name = title(sources[i].provider);
+    std::int64_t unnamed = snapshot.providers[i].unreadableSourceCount.value_or(0);
+    for (const UnreadableLog& log : logs) {
+      if (log.provider != sources[i].provider) continue;
+      --unnamed;
+      context_.console.diagnose(L10n::format(QM_TR("%@：无法读取 %@"), {name, log.path}) + " (" +
                                 std::strerror(log.error) + ")");
     }
+    if (unnamed <= 0 || !sources[i].location) continue;
+    context_.console.diagnose(L10n::format(QM_TR("%@：%@ 下无法读取的来源：%d"),
+                                           {name, sources[i].location->scanRoot.string(), std::to_string(unnamed)}));
   }
-  return snapshot;
 }
 
 }  // namespace quillmeter::ctl

@@ -33,6 +33,8 @@ class UsageCommand final : public Command {
   tl::expected<std::vector<AgentLogSource>, std::string> sources();
   tl::expected<std::vector<AgentLogSource>, std::string> sourcesFromFolders();
   AgentUsageSnapshot scan(const std::vector<AgentLogSource>& sources, const Calendar& calendar, Date now);
+  void nameUnreadable(const std::vector<AgentLogSource>& sources, const AgentUsageSnapshot& snapshot,
+                      const std::vector<UnreadableLog>& logs);
 
   ToolContext& context_;
   MakeAdapters makeAdapters_;

@@ -109,7 +109,7 @@ TEST(DirectoryWalk, foldersBeyondTheDepthAreCountedInsteadOfListed) {
 }
 
 // Running out of descriptors is a fault that holds for root as well.
-TEST(DirectoryWalk, aFolderThatCannotBeOpenedIsCounted) {
+TEST(DirectoryWalk, aFolderThatCannotBeOpenedIsCountedAndNamed) {
   const test::TemporaryDirectory folder;
   folder.write("a/b/c/d/e/f/file", "x");
   folder.write("top", "x");
@@ -121,10 +121,19 @@ TEST(DirectoryWalk, aFolderThatCannotBeOpenedIsCounted) {
   const rlimit few{static_cast<rlim_t>(next) + 3, old.rlim_max};
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
   const Found found = walk(folder.path());
+  const rlimit none{static_cast<rlim_t>(next), old.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  const Found nothing = walk(folder.path());
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &old), 0);
   EXPECT_TRUE(found.outcome.rootListed);
   EXPECT_EQ(found.outcome.unlistedFolders, 1);
   EXPECT_EQ(found.sizes.size(), 1U);
+  ASSERT_EQ(found.outcome.named.size(), 1U);
+  EXPECT_EQ(found.outcome.named[0].path.rfind((folder.path() / "a").string(), 0), 0U);
+  EXPECT_EQ(found.outcome.named[0].error, EMFILE);
+  EXPECT_FALSE(nothing.outcome.rootListed);
+  ASSERT_EQ(nothing.outcome.named.size(), 1U);
+  EXPECT_EQ(nothing.outcome.named[0].path, folder.path());
 }
 
 TEST(DirectoryWalk, whatVanishesOrChangesItsKindMeanwhileIsLeftOut) {

@@ -153,6 +153,20 @@ TEST(UsageCommand, namesTheLogsThatCannotBeCountedWhenAsked) {
   EXPECT_THAT(verbose.err, Not(HasSubstr("fine.jsonl")));
 }
 
+TEST(UsageCommand, namesFoldersThatCannotBeListedAndWhereAReaderOnlyCounts) {
+  ToolRun tool;
+  const auto agents = tool.scratch().path() / "agents";
+  std::filesystem::path tooDeep = agents / ".codex/sessions";
+  for (int i = 0; i < 65; ++i) tooDeep /= "d";
+  std::filesystem::create_directories(tooDeep);
+  tool.scratch().write("agents/opencode/opencode.db", "no database, though long enough to be looked at");
+  const ToolResult result = tool.run({"usage", "--verbose", "--language", "en", "--folder", "codex=agents/.codex",
+                                      "--folder", "opencode=agents/opencode"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.err, HasSubstr("Codex: cannot read " + tooDeep.string() + " ("));
+  EXPECT_THAT(result.err, HasSubstr("OpenCode: unreadable sources below " + (agents / "opencode").string() + ": 1\n"));
+}
+
 TEST(UsageCommand, countsGrantedFoldersOfEnabledAgents) {
   ToolRun tool;
   copyHome("shanghai", tool.scratch().path() / "agents");
