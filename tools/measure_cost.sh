@@ -45,15 +45,15 @@ fi
 tool=$(realpath "$1")
 home=${2:+$(realpath "$2")}
 scratch=$(mktemp -d)
+memory=$(mktemp -d -p /dev/shm)  # runtime directories lie in memory; on a disk each record would wait for it
 children=()
 finish() {
   for child in "${children[@]}"; do kill "$child" 2>/dev/null || true; done
   wait
-  rm -rf "$scratch"
+  rm -rf "$scratch" "$memory"
 }
 trap finish EXIT
-mkdir "$scratch/run"
-export XDG_CONFIG_HOME=$scratch/config XDG_RUNTIME_DIR=$scratch/run XDG_STATE_HOME=$scratch/state XDG_DATA_HOME=$scratch/data
+export XDG_CONFIG_HOME=$scratch/config XDG_RUNTIME_DIR=$memory XDG_STATE_HOME=$scratch/state XDG_DATA_HOME=$scratch/data
 if [ -n "$home" ]; then
   "$tool" connect codex "$home/.codex" >/dev/null
   "$tool" connect claude "$home/.claude" >/dev/null
