@@ -53,6 +53,7 @@ class BusServices : public testing::Test {
       list >> text >> text >> text >> text >> number >> number;
       list.endStructure();
     }
+    list.endArray();
     return count;
   }
 

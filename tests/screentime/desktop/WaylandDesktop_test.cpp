@@ -1,3 +1,4 @@
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -147,6 +148,44 @@ TEST_F(SwayDesktop, aCompositorThatEndsLeavesEverythingUnknown) {
   ASSERT_TRUE(waitUntil([&] { return isFront("org.example.Alpha"); }));
   compositor_.end();
   EXPECT_TRUE(waitUntil([&] { return !desktop_->foreground().isSupported() && !desktop_->idle().idleSeconds(); }));
+  EXPECT_EQ(desktop_->foreground().frontmost(), std::nullopt);
+}
+
+class ScriptedDesktop : public WaylandDesktop {
+ protected:
+  void SetUp() override {
+    makeRuntimeFolder(geteuid());
+    compositor_ = ChildProcess({QUILLMETER_SCRIPTED_COMPOSITOR, "wayland-s"},
+                               {.environment = {{"XDG_RUNTIME_DIR", runtime_}}, .outputFile = log()});
+    ASSERT_TRUE(waitUntil([&] { return readFile(log()).starts_with("ready"); })) << readFile(log());
+    startDesktop("wayland-s");
+  }
+  std::filesystem::path log() const { return directory_.path() / "compositor.log"; }
+};
+
+TEST_F(ScriptedDesktop, theDisplaysSleepOnceAllOutputsAreOff) {
+  using enum SessionEvent;
+  compositor_.signal(SIGUSR1);
+  EXPECT_TRUE(waitUntil([&] { return events_ == std::vector{displaysDidSleep}; }));
+  compositor_.signal(SIGHUP);  // another one that is off as well
+  compositor_.signal(SIGUSR1);
+  EXPECT_TRUE(waitUntil([&] { return events_ == std::vector{displaysDidSleep, displaysDidWake}; }));
+  compositor_.signal(SIGHUP);
+  compositor_.signal(SIGUSR1);
+  EXPECT_TRUE(waitUntil([&] { return events_ == std::vector{displaysDidSleep, displaysDidWake, displaysDidSleep}; }));
+}
+
+TEST_F(ScriptedDesktop, theIdleNotifierIsAskedForASecond) {
+  EXPECT_TRUE(waitUntil([&] { return readFile(log()).ends_with("timeout 1000\n"); }));
+  EXPECT_LE(desktop_->idle().idleSeconds().value(), 1.0);
+  compositor_.signal(SIGUSR2);
+  EXPECT_TRUE(waitUntil([&] { return desktop_->idle().idleSeconds().value() > 1.2; }));
+  compositor_.signal(SIGUSR2);
+  EXPECT_TRUE(waitUntil([&] { return desktop_->idle().idleSeconds().value() < 0.9; }));
+}
+
+TEST_F(ScriptedDesktop, withoutTheListOfWindowsTheForegroundIsUnknown) {
+  EXPECT_FALSE(desktop_->foreground().isSupported());
   EXPECT_EQ(desktop_->foreground().frontmost(), std::nullopt);
 }
 
