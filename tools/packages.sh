@@ -14,7 +14,8 @@ TEST_PACKAGES=(libgtest-dev libgmock-dev dbus-daemon python3-dbusmock xvfb openb
 # missing_packages PACKAGE...: prints those that are not installed, one a line.
 missing_packages() {
   local installed
-  installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "$@" 2>/dev/null | sed -n 's/ installed$//p')
+  # dpkg-query fails as soon as one of them is unknown: that is an answer, also for callers that stop at failures.
+  installed=$({ dpkg-query -W -f '${Package} ${db:Status-Status}\n' "$@" 2>/dev/null || true; } | sed -n 's/ installed$//p')
   printf '%s\n' "$@" | grep -vxF -e "$installed" || true
 }
 
