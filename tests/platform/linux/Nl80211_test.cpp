@@ -66,6 +66,30 @@ Bytes rate(int type, const Bytes& value) {
   return nested(NL80211_STA_INFO_TX_BITRATE, attribute(type, value));
 }
 
+// A message of Linux 6.1 with simulated radios, as tools/vm_wifi_test.sh prints it.
+Bytes captured(const std::string& name) {
+  Bytes bytes;
+  unsigned high = 16;
+  for (const char digit : test::readFile(std::string(QUILLMETER_TEST_DATA "/nl80211/") + name + ".hex")) {
+    const std::size_t value = std::string_view("0123456789abcdef").find(digit);
+    if (value == std::string_view::npos) continue;
+    if (high < 16) bytes.push_back(static_cast<std::byte>(high * 16 + value));
+    high = high < 16 ? 16 : static_cast<unsigned>(value);
+  }
+  return bytes;
+}
+
+TEST(Nl80211Messages, theMessagesOfARealKernelAreRead) {
+  const Bytes family = captured("family");
+  EXPECT_EQ(genericFamilyId(RtnetlinkMessage(family)), 0x20);
+  const Bytes station = captured("station-interface");
+  EXPECT_EQ(stationInterface(RtnetlinkMessage(station)), (WirelessInterface{3, "wlan1"}));
+  const Bytes accessPoint = captured("access-point-interface");
+  EXPECT_EQ(stationInterface(RtnetlinkMessage(accessPoint)), std::nullopt);
+  const Bytes link = captured("station");
+  EXPECT_EQ(stationLink(RtnetlinkMessage(link)), (StationLink{-30, 2.0}));
+}
+
 TEST(Nl80211Messages, aStationTellsSignalAndRateOrWhatItHasOfThem) {
   struct Case {
     const char* what;
