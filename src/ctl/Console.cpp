@@ -72,6 +72,8 @@ void Console::printLine(std::string_view text) {
 }
 
 void Console::diagnose(std::string_view sentence) {
+  if (sentence == lastDiagnosis_) return;
+  lastDiagnosis_ = sentence;
   showProgress({});
   // What was printed before stands before the diagnostic where both go to one place.
   flush();

@@ -27,7 +27,7 @@ class Console {
   void printLine(std::string_view text = {});
   // Writes what was printed so far, before the tool waits for something.
   void flush();
-  // One sentence on standard error, behind the tool's name.
+  // One sentence on standard error, behind the tool's name. What was said last is not said again.
   void diagnose(std::string_view sentence);
   // diagnose(), and the code to return.
   [[nodiscard]] ExitCode failure(std::string_view sentence);
@@ -56,6 +56,7 @@ class Console {
   bool progressShown_ = false;
   int writeError_ = 0;  // errno of the first write that failed
   std::string pending_;
+  std::string lastDiagnosis_;
 };
 
 }  // namespace quillmeter::ctl

@@ -1,3 +1,6 @@
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -92,6 +95,17 @@ TEST(SettingsCommand, aTornFileIsReportedKeptAsideAndNotLost) {
   const ToolResult healed = tool.run({"settings", "get", "settings.appTheme"});
   EXPECT_EQ(healed.out, "dark\n");
   EXPECT_EQ(healed.err, "");
+}
+
+TEST(SettingsCommand, whatIsNoFileIsLeftAloneAndNamedOnce) {
+  const ToolRun tool;
+  std::filesystem::create_directories(tool.preferencesFile().parent_path());
+  ASSERT_EQ(::mkfifo(tool.preferencesFile().c_str(), 0600), 0);
+  EXPECT_EQ(tool.run({"settings", "get", "settings.appTheme"}).out, "light\n");
+  const ToolResult set = tool.run({"settings", "set", "settings.appTheme", "dark"});
+  EXPECT_EQ(set.status, 1);
+  EXPECT_EQ(std::count(set.err.begin(), set.err.end(), '\n'), 1) << set.err;
+  EXPECT_TRUE(std::filesystem::is_fifo(tool.preferencesFile()));
 }
 
 TEST(SettingsCommand, aFolderThatCannotBeWrittenStillServesDefaultsAndSaysWhyItDoesNotSave) {
