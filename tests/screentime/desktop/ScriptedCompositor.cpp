@@ -87,7 +87,8 @@ int toggleIdle(int, void*) {
   return 0;
 }
 int toggleOutput(int, void*) {
-  if (secondOutput != nullptr) wl_global_destroy(secondOutput);
+  // Only announced as gone, as compositors do it: a client may just be binding it.
+  if (secondOutput != nullptr) wl_global_remove(secondOutput);
   secondOutput = secondOutput == nullptr ? addOutput() : nullptr;
   return 0;
 }
