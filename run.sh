@@ -6,7 +6,7 @@
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 build=$root/build/run
-programs=(quillmeterctl)
+programs=(quillmeterctl quillmeter-record)
 . "$root/tools/packages.sh"
 
 fail() {
