@@ -26,7 +26,16 @@ void translate(CLI::App& root) {
   root.get_formatter()->label("OPTIONS", QM_TR("选项"));
   root.get_formatter()->label("SUBCOMMAND", QM_TR("命令"));
   root.get_formatter()->label("SUBCOMMANDS", QM_TR("命令"));
+  root.get_formatter()->label("Excludes", QM_TR("不能同用"));
   root.get_formatter()->column_width(34);
+}
+
+// The parser gives each command a help option of its own, under a heading of its own.
+void groupHelpOptions(CLI::App& app) {
+  for (CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    command->get_help_ptr()->group(QM_TR("选项"));
+    groupHelpOptions(*command);
+  }
 }
 
 }  // namespace
@@ -67,6 +76,7 @@ ExitCode CommandLine::run(const std::vector<std::string>& arguments) {
     subcommand->group(QM_TR("命令"));
     subcommand->fallthrough();
   }
+  groupHelpOptions(root);
   try {
     root.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::Success& request) {  // help or version

@@ -96,6 +96,8 @@ TEST(CommandLine, helpAndVersionAreData) {
     EXPECT_THAT(help.out, HasSubstr("--help"));
   }
   EXPECT_THAT(tool.run({"--help"}).out, HasSubstr("用法"));
+  const std::string chinese = tool.run({"screentime", "--help"}).out;
+  for (const char* english : {"Options", "Excludes", "Usage"}) EXPECT_THAT(chinese, testing::Not(HasSubstr(english)));
   EXPECT_THAT(tool.run({"--help", "--language=en"}).out, HasSubstr("Usage"));
 }
 
