@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -36,6 +37,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const Opti
   pid_ = fork();
   if (pid_ != 0) return;
   setpgid(0, 0);
+  prctl(PR_SET_PDEATHSIG, SIGKILL);  // a test that is ended by force leaves nothing running
   if (getppid() != parent) _exit(126);
   const int file = open(output.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
   dup2(file, 1);

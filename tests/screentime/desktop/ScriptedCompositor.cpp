@@ -36,7 +36,7 @@ void tellPower(wl_resource* power) {
 }
 
 void setMode(wl_client*, wl_resource*, std::uint32_t) {}
-const struct zwlr_output_power_v1_interface powerRequests{setMode, destroyRequested};
+const struct zwlr_output_power_v1_interface powerRequests { setMode, destroyRequested };
 
 void getOutputPower(wl_client* client, wl_resource*, std::uint32_t id, wl_resource*) {
   wl_resource* power = wl_resource_create(client, &zwlr_output_power_v1_interface, 1, id);
@@ -44,9 +44,9 @@ void getOutputPower(wl_client* client, wl_resource*, std::uint32_t id, wl_resour
   powers.push_back(power);
   tellPower(power);
 }
-const struct zwlr_output_power_manager_v1_interface powerManagerRequests{getOutputPower, destroyRequested};
+const struct zwlr_output_power_manager_v1_interface powerManagerRequests { getOutputPower, destroyRequested };
 
-const struct ext_idle_notification_v1_interface idleRequests{destroyRequested};
+const struct ext_idle_notification_v1_interface idleRequests { destroyRequested };
 void getIdleNotification(wl_client* client, wl_resource*, std::uint32_t id, std::uint32_t timeout, wl_resource*) {
   wl_resource* notification = wl_resource_create(client, &ext_idle_notification_v1_interface, 1, id);
   wl_resource_set_implementation(notification, &idleRequests, nullptr, forgetIdle);
@@ -54,7 +54,7 @@ void getIdleNotification(wl_client* client, wl_resource*, std::uint32_t id, std:
   std::printf("timeout %u\n", timeout);
   std::fflush(stdout);
 }
-const struct ext_idle_notifier_v1_interface idleNotifierRequests{destroyRequested, getIdleNotification};
+const struct ext_idle_notifier_v1_interface idleNotifierRequests { destroyRequested, getIdleNotification };
 
 template <const wl_interface* interface, const auto* requests>
 void bind(wl_client* client, void*, std::uint32_t version, std::uint32_t id) {

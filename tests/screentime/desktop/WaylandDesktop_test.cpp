@@ -72,7 +72,8 @@ class SwayDesktop : public WaylandDesktop {
     std::vector<std::string> command{"sway", "-c", config};
     // It refuses to run as root.
     if (geteuid() == 0)
-      command.insert(command.begin(), {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
+      command.insert(command.begin(),
+                     {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--pdeathsig=KILL"});
     compositor_ = ChildProcess(command, {.environment = {{"XDG_RUNTIME_DIR", runtime_},
                                                          {"WLR_BACKENDS", "headless"},
                                                          {"WLR_LIBINPUT_NO_DEVICES", "1"},
