@@ -1,6 +1,7 @@
 #include "platform/qt/QtHttpsClient.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <optional>
 
 #include <gmock/gmock.h>
@@ -20,6 +21,8 @@ constexpr double patientSeconds = 60;
 
 class QtHttpsClientTest : public testing::Test {
  protected:
+  // Ended transfers are deleted by an event loop that runs, which a test has not.
+  void TearDown() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
   HttpsRequest requestFor(const std::string& path) const {
     return {.url = server.url(path), .requestTimeoutSeconds = patientSeconds, .resourceTimeoutSeconds = patientSeconds};
   }
