@@ -7,12 +7,14 @@
 #include "platform/MainExecutor.h"
 #include "platform/MemoryPages.h"
 #include "platform/NetworkInterfaces.h"
+#include "platform/NetworkPathMonitor.h"
 #include "platform/PowerSources.h"
 #include "platform/ProcessorTicks.h"
 #include "platform/ThermalState.h"
 #include "platform/TimerFactory.h"
 #include "platform/VolumeCapacity.h"
 #include "platform/WidgetReload.h"
+#include "platform/WifiClient.h"
 
 namespace quillmeter {
 
@@ -32,6 +34,8 @@ struct Platform {
   std::unique_ptr<PowerSources> powerSources;
   std::unique_ptr<ThermalState> thermalState;
   std::unique_ptr<WidgetReload> widgetReload;
+  std::unique_ptr<NetworkPathMonitorFactory> networkPaths;  // null without an event loop
+  std::unique_ptr<WifiClient> wifi;
 };
 
 }  // namespace quillmeter

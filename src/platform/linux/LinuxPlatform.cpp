@@ -2,9 +2,11 @@
 
 #include "platform/linux/LinuxPowerSources.h"
 #include "platform/linux/MallocTrimRelief.h"
+#include "platform/linux/Nl80211WifiClient.h"
 #include "platform/linux/ProcMeminfo.h"
 #include "platform/linux/ProcStat.h"
 #include "platform/linux/RtnetlinkInterfaces.h"
+#include "platform/linux/RtnetlinkPathMonitor.h"
 #include "platform/linux/StatvfsVolume.h"
 #include "platform/linux/SysfsThermal.h"
 #include "platform/linux/WidgetReloadSignal.h"
@@ -21,6 +23,10 @@ void addLinuxPlatform(Platform& platform, const MonotonicClock& clock) {
   platform.powerSources = std::make_unique<LinuxPowerSources>("/", watcher, clock);
   platform.thermalState = std::make_unique<SysfsThermal>();
   platform.widgetReload = std::make_unique<WidgetReloadSignal>(watcher);
+  if (watcher != nullptr && platform.mainExecutor) {
+    platform.networkPaths = std::make_unique<RtnetlinkPathMonitorFactory>(*watcher, *platform.mainExecutor);
+  }
+  platform.wifi = std::make_unique<Nl80211WifiClient>();
 }
 
 }  // namespace quillmeter
