@@ -275,5 +275,8 @@
     <message id="依次连接所有已找到的 Agent"><source/><translation>Connect all agents that are found, one after another</translation></message>
     <message id="--all 不能和一个 Agent 一起给出。"><source/><translation>--all cannot be given together with an agent.</translation></message>
     <message id="没有找到可以连接的 Agent。"><source/><translation>No agent that could be connected was found.</translation></message>
+    <message id="本月 %d 个会话"><source/><translation>%d sessions this month</translation></message>
+    <message id="本月没有日志"><source/><translation>no logs this month</translation></message>
+    <message id="日志"><source/><translation>logs</translation></message>
 </context>
 </TS>

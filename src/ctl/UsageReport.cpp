@@ -8,6 +8,7 @@
 
 #include "base/L10n.h"
 #include "core/model/MetricFormatter.h"
+#include "ctl/AgentNote.h"
 #include "ctl/AgentOverview.h"
 #include "ctl/BarChart.h"
 #include "ctl/TextTable.h"
@@ -64,19 +65,11 @@ void printTotals(Console& console, const AgentUsageSnapshot& snapshot, const Loc
   table.print(console);
 }
 
-// What has to be said beside an agent's figures; empty for most.
 std::string noteFor(const AgentProviderUsage& usage, const UsageReportInput& input) {
   const auto source =
       std::ranges::find(input.sources, usage.id, [](const AgentLogSource& s) { return rawValue(s.provider); });
   if (source != input.sources.end() && !source->location) return QM_TR("未连接文件夹");
-  const std::int64_t unreadable = usage.unreadableSourceCount.value_or(0);
-  if (unreadable > 0) return L10n::format(QM_TR("%d 个来源无法读取"), {std::to_string(unreadable)});
-  const bool withoutFigures =
-      usage.isDetected && usage.monthMetrics.totalTokens == 0 && usage.weekMetrics.totalTokens == 0;
-  if (withoutFigures && usage.id == rawValue(AgentLogProvider::qwenOffice)) {
-    return QM_TR("已读取日志 · 千问暂未提供 Token 数字");
-  }
-  return {};
+  return agentNote(usage);
 }
 
 void printAgents(Console& console, const UsageReportInput& input) {

@@ -125,7 +125,7 @@ int main(int argc, char** argv) {
       std::make_unique<ctl::WatchCommand>(context, domain,
                                           ctl::WatchCommand::Parts{[&] { return platformWithEventLoop(uptime); },
                                                                    makeAdapters, suite ? &*suite : nullptr}));
-  commandLine.add(std::make_unique<ctl::AgentsCommand>(context));
+  commandLine.add(std::make_unique<ctl::AgentsCommand>(context, makeAdapters));
   commandLine.add(std::make_unique<ctl::ConnectCommand>(context));
   const std::filesystem::path archive = ActivityArchiveFile::defaultPath(paths.dataHome);
   commandLine.add(std::make_unique<ctl::ScreentimeCommand>(context, archive));

@@ -85,6 +85,22 @@ TEST(ConnectCommand, connectingTurnsASwitchOnThatWasNeverTouchedAndNoOther) {
   EXPECT_THAT(tool.run({"enable", "pi"}).out, HasSubstr("settings set settings.agentTokens.enabled true"));
 }
 
+TEST(AgentsCommand, saysWhatItFoundAndWhatItCouldNotReadOfEachConnectedAgent) {
+  ToolRun tool;
+  const auto& home = tool.scratch();
+  std::filesystem::create_directories(home.path() / "pi/sessions");
+  home.write("hermes/state.db", "this is no database");
+  home.write("opencode/opencode.db", "this is no database");
+  for (const char* id : {"pi", "opencode"}) ASSERT_EQ(tool.run({"connect", id, id}).status, 0);
+  EXPECT_EQ(agentNamed(tool, "pi").at("logsFound"), false);
+  EXPECT_EQ(agentNamed(tool, "pi").at("unreadableSourceCount"), 0);
+  EXPECT_EQ(agentNamed(tool, "opencode").at("unreadableSourceCount"), 1);
+  EXPECT_FALSE(agentNamed(tool, "hermes").contains("logsFound")) << "not connected, so not read";
+  const ToolResult table = tool.run({"agents", "--language", "en"});
+  EXPECT_THAT(table.out, HasSubstr("no logs this month · 1 unreadable"));
+  EXPECT_THAT(table.out, HasSubstr("no logs this month"));
+}
+
 TEST(ConnectCommand, anInstalledAgentIsFoundWithItsExactCommand) {
   ToolRun tool;
   const auto program = tool.scratch().write("bin/claude", "#!/bin/sh\n");

@@ -57,13 +57,14 @@ TEST(Watch, theViewFollowsTheSizeOfTheTerminal) {
   ToolRun tool;
   LiveRun watch(tool, {"watch"});
   ASSERT_TRUE(watch.waitFor("q 退出"));
-  const std::size_t before = watch.out().size();
   watch.resize(30, 6);
-  ASSERT_TRUE(watch.waitFor(wholeScreen, before));
-  ASSERT_TRUE(watch.waitFor("\x1b[6;1H", before));
+  const std::size_t first = watch.out().find(wholeScreen);
+  ASSERT_TRUE(watch.waitFor(wholeScreen, first + wholeScreen.size()));
+  const std::size_t second = watch.out().find(wholeScreen, first + wholeScreen.size());
+  ASSERT_TRUE(watch.waitFor("\x1b[6;1H", second));
   watch.type("q");
   EXPECT_EQ(watch.waitForEnd(), 0);
-  EXPECT_EQ(lowestRow(watch.out().substr(before)), 6);
+  EXPECT_EQ(lowestRow(watch.out().substr(second)), 6);
 }
 
 TEST(Watch, whateverEndsItTheTerminalIsAsItWasBefore) {
