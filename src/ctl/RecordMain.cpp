@@ -1,5 +1,4 @@
 #include <csignal>
-#include <cstdio>
 #include <string>
 
 #include <sys/signalfd.h>
@@ -9,6 +8,7 @@
 #include "base/Clock.h"
 #include "base/FileDescriptor.h"
 #include "ctl/Console.h"
+#include "ctl/NonblockingOutput.h"
 #include "platform/linux/desktop/LinuxDesktop.h"
 #include "platform/qt/QtCatalogue.h"
 #include "platform/qt/QtDescriptorWatcher.h"
@@ -43,15 +43,13 @@ class RecordLog {
     if (monitor_.storageError()) return QCoreApplication::exit(1);
     const std::string app = monitor_.currentApp() ? monitor_.currentApp()->name : "";
     const std::string line = app.empty() ? monitor_.state() : monitor_.state() + "  " + app;
-    if (line == last_) return;
-    last_ = line;
-    // At once, also into a pipe; a reader that leaves does not end the recording.
-    std::puts(line.c_str());
-    std::fflush(stdout);
+    // A reader that stands still or leaves does not stop the recording. What it misses is made up for by the next line.
+    if (line != last_ && output_.offer(line + "\n")) last_ = line;
   }
 
  private:
   const ScreenTimeMonitor& monitor_;
+  ctl::NonblockingOutput output_{1};
   std::string last_;
 };
 

@@ -1,13 +1,18 @@
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <nlohmann/json.hpp>
 
+#include "base/FileDescriptor.h"
 #include "screentime/desktop/EventLoop.h"
 #include "screentime/desktop/MessageBus.h"
 #include "screentime/desktop/XServer.h"
@@ -180,6 +185,24 @@ TEST_F(Record, aStoppedProcessCreditsNothingForTheTimeItStood) {
   recorder.signal(SIGTERM);
   EXPECT_EQ(recorder.wait(), 0);
   EXPECT_LT(screentime()["total"], clock.uptime() - begin - 5);
+}
+
+TEST_F(Record, aReaderThatStandsStillDoesNotStopTheRecording) {
+  const std::string pipe = directory_.path() / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const FileDescriptor reader(::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  const FileDescriptor filler(::open(pipe.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+  const std::string page(4096, 'x');
+  while (::write(filler.get(), page.data(), page.size()) > 0) continue;
+  ChildProcess recorder = startRecorder("pipe");
+  ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(archive()); }));
+  activate(open("Alpha"));
+  SystemMonotonicClock clock;
+  const double begin = clock.uptime();
+  EXPECT_TRUE(waitUntil([&] { return clock.uptime() - begin >= 3; }));
+  recorder.signal(SIGTERM);
+  EXPECT_TRUE(waitUntil([&] { return !recorder.isRunning(); }));
+  EXPECT_GE(secondsOf(screentime(), "Alpha"), 1);
 }
 
 TEST_F(Record, aSecondRecorderSaysThatItDoesNotRecord) {
