@@ -1,3 +1,4 @@
+#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -116,7 +117,9 @@ int main(int argc, char** argv) {
   const std::string suiteName(SettingsKeys::sharedSuiteName);
   std::optional<JsonPreferenceDomain> suite;
   if (const auto file = paths.sharedPreferences(suiteName)) {
-    suite.emplace(suiteName, *file, clock, JsonPreferenceOptions{.synchronize = false});
+    // Written at each tick: one that finds the lock taken is left out rather than waited for.
+    suite.emplace(suiteName, *file, clock,
+                  JsonPreferenceOptions{.synchronize = false, .lockPatience = std::chrono::milliseconds(5)});
   }
   ctl::CommandLine commandLine(console, QUILLMETER_VERSION);
   commandLine.add(std::make_unique<ctl::StatusCommand>(context, [&] { return platformWithoutEventLoop(uptime); }));
