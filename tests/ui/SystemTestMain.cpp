@@ -1,0 +1,27 @@
+// The program's windows in a private X server with a window manager.
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+#include <QtWidgets/QApplication>
+
+#include "screentime/desktop/XServer.h"
+#include "support/TemporaryDirectory.h"
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  if (GTEST_FLAG_GET(list_tests)) return RUN_ALL_TESTS();
+  quillmeter::test::TemporaryDirectory home;
+  quillmeter::test::XServer server;
+  if (server.display().empty()) {
+    fprintf(stderr, "no X server could be started\n");
+    return 1;
+  }
+  setenv("DISPLAY", server.display().c_str(), 1);
+  setenv("QT_QPA_PLATFORM", "xcb", 1);
+  setenv("XDG_RUNTIME_DIR", home.path().c_str(), 1);
+  unsetenv("WAYLAND_DISPLAY");
+  const auto windowManager = server.startWindowManager(home.path());
+  QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  return RUN_ALL_TESTS();
+}
