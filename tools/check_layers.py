@@ -33,11 +33,12 @@ ALLOWED = {
     "ctl": ["core", "core/model", "metrics", "agents", "agents/adapters", "agents/model", "access", "access/model",
             "preferences", "screentime", "screentime/model", "quickstatus", "quickstatus/model", "update", "update/model",
             "platform", "platform/linux", "platform/qt", "base"],
-    "menubar": ["core", "core/model", "quickstatus/model", "preferences", "base"],
-    "ui": ["menubar", "core", "core/model", "agents/model", "access", "access/model", "preferences", "screentime",
+    "menubar/model": ["preferences", "base"],
+    "menubar": ["menubar/model", "core", "core/model", "quickstatus/model", "preferences", "base"],
+    "ui": ["menubar", "menubar/model", "core", "core/model", "agents/model", "access", "access/model", "preferences", "screentime",
            "screentime/model", "quickstatus", "quickstatus/model", "update", "update/model", "platform", "base"],
-    "app": ["ui", "menubar", "core", "core/model", "metrics", "agents", "agents/adapters", "agents/model", "access",
-            "access/model", "preferences", "screentime", "screentime/model", "quickstatus", "quickstatus/model", "update",
+    "app": ["ui", "menubar", "menubar/model", "core", "core/model", "metrics", "agents", "agents/adapters", "agents/model",
+            "access", "access/model", "preferences", "screentime", "screentime/model", "quickstatus", "quickstatus/model", "update",
             "update/model", "platform", "platform/linux", "platform/qt", "base"],
 }
 # third-party include pattern -> (what it is, folders that may have it)

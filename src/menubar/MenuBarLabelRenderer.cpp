@@ -1,0 +1,163 @@
+#include "menubar/MenuBarLabelRenderer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QtGui/QFont>
+#include <QtGui/QFontMetricsF>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QImage>
+#include <QtGui/QPainter>
+
+#include "menubar/MenuBarColors.h"
+#include "menubar/SymbolPainter.h"
+#include "menubar/model/CompactIconOptions.h"
+
+namespace quillmeter::MenuBarLabelRenderer {
+
+namespace {
+
+// A text whose digits all have the same width.
+class TabularText {
+ public:
+  TabularText(const std::string& text, const QFont& font)
+      : text_(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))), font_(font), metrics_(font) {
+    for (char16_t digit = u'0'; digit <= u'9'; ++digit) {
+      digitWidth_ = std::max(digitWidth_, metrics_.horizontalAdvance(QChar(digit)));
+    }
+  }
+
+  double width() const {
+    double width = 0;
+    forEachPiece([&](const QString&, double advance, double) { width += advance; });
+    return width;
+  }
+
+  void paint(QPainter& painter, double x, double baseline) const {
+    painter.setFont(font_);
+    forEachPiece([&](const QString& piece, double advance, double inset) {
+      painter.drawText(QPointF(x + inset, baseline), piece);
+      x += advance;
+    });
+  }
+
+ private:
+  static bool isDigit(QChar character) { return character >= u'0' && character <= u'9'; }
+
+  // Single digits and what stands between them; `inset` centres a digit in its cell.
+  template <typename Visit>
+  void forEachPiece(const Visit& visit) const {
+    for (qsizetype from = 0; from < text_.size();) {
+      qsizetype to = from + 1;
+      if (!isDigit(text_[from])) {
+        while (to < text_.size() && !isDigit(text_[to])) ++to;
+      }
+      const QString piece = text_.mid(from, to - from);
+      const double natural = metrics_.horizontalAdvance(piece);
+      const double advance = isDigit(text_[from]) ? digitWidth_ : natural;
+      visit(piece, advance, (advance - natural) / 2);
+      from = to;
+    }
+  }
+
+  QString text_;
+  QFont font_;
+  QFontMetricsF metrics_;
+  double digitWidth_ = 0;
+};
+
+// The parts of one label in device pixels; fonts of a pixel size need no device for their metrics.
+class LabelPainter {
+ public:
+  explicit LabelPainter(const MenuBarLabel& label)
+      : label_(label),
+        ratio_(CompactIconOptions::bounded(label.devicePixelRatio, 1, {1, 8})),
+        height_(std::max(
+            1.0, std::round(CompactIconOptions::bounded(label.height, 22, CompactIconOptions::sizeRange) * ratio_))) {}
+
+  QImage row() const {
+    const QFont font = fontOf(height_ * 0.6);
+    const double symbol = std::round(height_ * 0.68);
+    const double gap = std::round(height_ * 0.14);
+    const double betweenEntries = std::round(height_ * 0.4);
+    double width = 0;
+    for (const MenuBarLabelEntry& entry : label_.entries) {
+      width += symbol + gap + std::ceil(TabularText(entry.value, font).width()) + betweenEntries;
+    }
+    QImage image = blank(width - betweenEntries);
+    QPainter painter(&image);
+    prepare(painter);
+    double x = 0;
+    for (const MenuBarLabelEntry& entry : label_.entries) {
+      SymbolPainter::paint(painter, entry.symbol, QRectF(x, (height_ - symbol) / 2, symbol, symbol), color());
+      x += symbol + gap;
+      const TabularText text(entry.value, font);
+      text.paint(painter, x, baseline(font, height_ / 2));
+      x += std::ceil(text.width()) + betweenEntries;
+    }
+    painter.end();
+    return finished(std::move(image));
+  }
+
+  QImage square() const {
+    const MenuBarLabelEntry& entry = label_.entries.front();
+    const double largest = height_ * 0.46;
+    const double natural = TabularText(entry.value, fontOf(largest)).width();
+    const QFont font = fontOf(natural > height_ ? std::max(5.0, largest * height_ / natural) : largest);
+    const TabularText text(entry.value, font);
+    const double symbol = std::round(height_ * 0.54);
+    QImage image = blank(height_);
+    QPainter painter(&image);
+    prepare(painter);
+    SymbolPainter::paint(painter, entry.symbol, QRectF((height_ - symbol) / 2, 0, symbol, symbol), color());
+    text.paint(painter, std::max(0.0, (height_ - text.width()) / 2), baseline(font, height_ * 0.78));
+    painter.end();
+    return finished(std::move(image));
+  }
+
+ private:
+  QColor color() const { return MenuBarColors::label(label_.dark, label_.selected); }
+
+  static QFont fontOf(double pixels) {
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
+    font.setWeight(QFont::Medium);
+    return font;
+  }
+
+  // Capitals and digits, centred on the line.
+  static double baseline(const QFont& font, double middle) {
+    return std::round(middle + QFontMetricsF(font).capHeight() / 2);
+  }
+
+  void prepare(QPainter& painter) const {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(color());
+  }
+
+  QImage blank(double width) const {
+    QImage image(std::max(1, static_cast<int>(std::ceil(width))), static_cast<int>(height_),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+  }
+
+  QImage finished(QImage image) const {
+    image.setDevicePixelRatio(ratio_);
+    return image;
+  }
+
+  const MenuBarLabel& label_;
+  double ratio_;
+  double height_;
+};
+
+}  // namespace
+
+std::optional<QImage> image(const MenuBarLabel& label) {
+  if (label.entries.empty()) return std::nullopt;
+  const LabelPainter painter(label);
+  return label.layout == MenuBarLabelLayout::square ? painter.square() : painter.row();
+}
+
+}  // namespace quillmeter::MenuBarLabelRenderer
