@@ -1,12 +1,9 @@
-#include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <optional>
-#include <span>
 #include <string>
 
 #include <gtest/gtest.h>
-#include <xcb/xcb.h>
 #include <QtCore/QDir>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -16,7 +13,6 @@
 #include <QtWidgets/QPushButton>
 
 #include "support/TemporaryDirectory.h"
-#include "ui/system/QtActivationPolicy.h"
 #include "ui/system/QtFolderPicker.h"
 
 namespace quillmeter {
@@ -77,45 +73,6 @@ TEST(QtFolderPicker, closingTheWindowCancelsAndAMissingStartIsLookedForAbove) {
   openDialog()->close();
   ASSERT_TRUE(waitUntil([&] { return answer.has_value(); }));
   EXPECT_FALSE(*answer);
-}
-
-// Whether the window manager keeps the window off the taskbar.
-bool skipsTaskbar(const QWidget& widget) {
-  auto* connection = qApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
-  const auto atomOf = [&](const std::string& name) {
-    auto* reply = xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
-    const xcb_atom_t atom = reply->atom;
-    std::free(reply);
-    return atom;
-  };
-  const auto cookie = xcb_get_property(connection, 0, static_cast<xcb_window_t>(widget.winId()),
-                                       atomOf("_NET_WM_STATE"), XCB_ATOM_ATOM, 0, 32);
-  auto* reply = xcb_get_property_reply(connection, cookie, nullptr);
-  const std::span states(static_cast<const xcb_atom_t*>(xcb_get_property_value(reply)),
-                         static_cast<std::size_t>(xcb_get_property_value_length(reply)) / sizeof(xcb_atom_t));
-  const xcb_atom_t wanted = atomOf("_NET_WM_STATE_SKIP_TASKBAR");
-  bool found = false;
-  for (const xcb_atom_t state : states) found = found || state == wanted;
-  std::free(reply);
-  return found;
-}
-
-TEST(QtActivationPolicy, keepsOpenAndLaterWindowsOffTheTaskbarUntilTheyAreListedAgain) {
-  QtActivationPolicy policy;
-  QWidget open;
-  open.show();
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(&open));
-  EXPECT_FALSE(skipsTaskbar(open));
-  ASSERT_TRUE(policy.setListed(false));
-  EXPECT_TRUE(waitUntil([&] { return skipsTaskbar(open); }));
-  QWidget later;
-  later.show();
-  EXPECT_TRUE(waitUntil([&] { return skipsTaskbar(later); }));
-  ASSERT_TRUE(policy.setListed(true));
-  EXPECT_TRUE(waitUntil([&] { return !skipsTaskbar(open) && !skipsTaskbar(later); }));
-  policy.activate();
-  EXPECT_TRUE(waitUntil([&] { return open.isActiveWindow() || later.isActiveWindow(); }));
 }
 
 }  // namespace
