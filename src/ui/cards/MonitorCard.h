@@ -1,0 +1,46 @@
+#pragma once
+
+#include <vector>
+
+#include "base/Observers.h"
+#include "preferences/DashboardCardConfig.h"
+#include "ui/UiServices.h"
+#include "ui/widgets/Card.h"
+
+namespace quillmeter {
+
+// The card of one component, in the dashboard or the popover. It reads the services and shows them; it hears their
+// changes only while it is visible, and paints only what changed. Texts are looked up anew on a change of language.
+class MonitorCard : public Card {
+ public:
+  MonitorCard(MonitorComponentKind kind, DashboardCardSize size, ComponentPlacement placement,
+              const UiServices& services, QWidget* parent);
+  MonitorComponentKind kind() const { return kind_; }
+  DashboardCardSize size() const { return size_; }
+  ComponentPlacement placement() const { return placement_; }
+
+ protected:
+  // Shows the services' present values; called when shown, after each change of what subscribe() named, and on a
+  // change of language.
+  virtual void refresh() = 0;
+  // The changes this card is about, each calling `changed`.
+  virtual std::vector<Subscription> subscribe(std::function<void()> changed) = 0;
+  const UiServices& services() const { return services_; }
+
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  const MonitorComponentKind kind_;
+  const DashboardCardSize size_;
+  const ComponentPlacement placement_;
+  const UiServices& services_;
+  std::vector<Subscription> subscriptions_;
+};
+
+// The card of a component; `services` outlives it.
+MonitorCard* makeMonitorCard(const DashboardCardConfig& config, ComponentPlacement placement,
+                             const UiServices& services, QWidget* parent);
+
+}  // namespace quillmeter

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+
+#include <QWidget>
+
+#include "ui/UiServices.h"
+
+namespace quillmeter {
+
+// The panel that opens at the tray icon: the cards of the menu-bar layout, active sessions, the state of the last scan
+// and the ways to dashboard and settings. Closes when it loses the focus and on Escape. Made when it is opened and gone
+// when it is closed.
+class PopoverWindow : public QWidget {
+ public:
+  explicit PopoverWindow(const UiServices& services);
+  ~PopoverWindow() override;
+
+  // Shows it at the icon: centred on `icon` in global coordinates, or on the pointer when that is empty, within the
+  // screen's free area, below an icon in the upper half and above one in the lower. Where a window cannot place itself
+  // it floats.
+  void showAt(const QRect& icon);
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace quillmeter

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QRectF>
+#include <QString>
+
+class QFont;
+class QPainter;
+
+namespace quillmeter {
+
+// Text whose digits all take the width of the widest one, so that a figure that changes does not move what follows.
+namespace TabularText {
+
+double width(const QString& text, const QFont& font);
+// One line with the painter's font and pen; elided at the end when it is too long for the rectangle.
+void draw(QPainter& painter, const QRectF& rectangle, Qt::Alignment alignment, const QString& text);
+
+}  // namespace TabularText
+
+}  // namespace quillmeter

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string_view>
+
+#include <QColor>
+#include <QPalette>
+
+namespace quillmeter {
+
+// Every colour of the interface, for one appearance. A value; the four of them (light, dark, each also in high
+// contrast) are constant.
+struct ThemeColors {
+  bool dark = false;
+  bool highContrast = false;
+  QColor window;   // behind the cards
+  QColor sidebar;  // beside the page
+  QColor surface;  // a card
+  QColor raised;   // a control on a card: button, field
+  QColor hover;    // a row or control under the pointer
+  QColor border;
+  QColor separator;
+  QColor text;
+  QColor secondaryText;  // at least 4.5:1 on surface and window
+  QColor tertiaryText;   // of what is off or unknown: at least 3:1
+  QColor accent;
+  QColor accentText;  // on accent
+  QColor selection;   // behind the chosen row
+  QColor track;       // the empty part of a gauge
+  QColor success;
+  QColor warning;
+  QColor danger;
+  QColor focus;  // the focus frame
+
+  static const ThemeColors& of(bool dark, bool highContrast);
+  // The colours that a widget paints with: those whose palette it has.
+  static const ThemeColors& of(const QPalette& palette);
+
+  // A component's colour ("4C8DFF") made legible on this appearance's surface.
+  QColor tint(std::string_view hex) const;
+  QPalette palette() const;
+};
+
+}  // namespace quillmeter

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "ui/UiServices.h"
+
+class QRect;
+
+namespace quillmeter {
+
+class Theme;
+
+// The program's item in the panel: draws the chosen style, again only when what it shows has changed, keeps the tooltip
+// with the figures, and turns clicks into wishes. Follows a tray that appears late, vanishes or is replaced. One, main
+// thread.
+class TrayItem {
+ public:
+  struct Handlers {
+    std::function<void(const QRect& icon)> togglePopover;  // left click; where the icon is, empty when unknown
+    std::function<void()> refresh;                         // middle click
+    std::function<void(bool available)> availabilityChanged;
+  };
+
+  TrayItem(const UiServices& services, Theme& theme, Handlers handlers);
+  ~TrayItem();
+  TrayItem(const TrayItem&) = delete;
+  TrayItem& operator=(const TrayItem&) = delete;
+
+  void show();
+  bool isAvailable() const;
+  // Texts in the present language.
+  void retranslate();
+  // How often the icon was painted; for tests of "nothing changed, nothing painted".
+  int paintCount() const;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace quillmeter

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <QWidget>
+
+namespace quillmeter {
+
+// A thin horizontal bar filled by a fraction. Repaints only when a pixel would change.
+class LevelBar : public QWidget {
+ public:
+  explicit LevelBar(QWidget* parent = nullptr);
+  // 0 ... 1; absent draws the empty track.
+  void setFraction(std::optional<double> fraction);
+  void setTint(std::string hex);
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  std::optional<double> fraction_;
+  std::string tint_;
+};
+
+}  // namespace quillmeter
