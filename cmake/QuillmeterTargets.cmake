@@ -59,6 +59,15 @@ function(quillmeter_test name)
   gtest_discover_tests(${name}_test TEST_PREFIX "${name}." PROPERTIES TIMEOUT 120 DISCOVERY_TIMEOUT 60)
 endfunction()
 
+# quillmeter_widget_test(NAME SOURCES ... LIBS ...): a test program of widgets, NAME_test, with a QApplication that has neither
+# display nor bus, and demo/FakeServices.h at hand.
+function(quillmeter_widget_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  quillmeter_test(${name}
+    SOURCES ${ARG_SOURCES} "${PROJECT_SOURCE_DIR}/tests/ui/support/WidgetTestMain.cpp"
+    LIBS ${ARG_LIBS} quillmeter_demo Qt6::Widgets Qt6::Test)
+endfunction()
+
 # quillmeter_fuzz(NAME SOURCE LIBS ...): an executable NAME_fuzz. With QUILLMETER_FUZZ it fuzzes; otherwise ctest replays fuzz/corpus/NAME.
 function(quillmeter_fuzz name source)
   cmake_parse_arguments(ARG "" "" "LIBS" ${ARGN})

@@ -37,14 +37,18 @@ ALLOWED = {
     "menubar": ["menubar/model", "core", "core/model", "quickstatus/model", "preferences", "base"],
     "ui": ["menubar", "menubar/model", "core", "core/model", "agents/model", "access", "access/model", "preferences", "screentime",
            "screentime/model", "quickstatus", "quickstatus/model", "update", "update/model", "platform", "base"],
+    # All services over a described machine, for tests and screenshots; no part of the product.
+    "demo": ["ui", "menubar", "menubar/model", "core", "core/model", "metrics", "agents", "agents/model", "access", "access/model",
+             "preferences", "screentime", "screentime/model", "quickstatus", "quickstatus/model", "update", "update/model",
+             "platform", "platform/fake", "platform/qt", "base"],
     "app": ["ui", "menubar", "menubar/model", "core", "core/model", "metrics", "agents", "agents/adapters", "agents/model",
             "access", "access/model", "preferences", "screentime", "screentime/model", "quickstatus", "quickstatus/model", "update",
             "update/model", "platform", "platform/linux", "platform/qt", "base"],
 }
 # third-party include pattern -> (what it is, folders that may have it)
 THIRD_PARTY = [
-    (re.compile(r"^(Q[A-Z]\w+|Qt\w+/.*)$"), "Qt", ("platform/qt", "platform/linux", "ctl", "menubar", "ui", "app")),
-    (re.compile(r"^Q(Widget|Application|Painter|Pixmap|Image|Icon|Gui)\w*$"), "Qt Gui or Widgets", ("menubar", "ui", "app")),
+    (re.compile(r"^(Q[A-Z]\w+|Qt\w+/.*)$"), "Qt", ("platform/qt", "platform/linux", "ctl", "menubar", "ui", "demo", "app")),
+    (re.compile(r"^Q(Widget|Application|Painter|Pixmap|Image|Icon|Gui)\w*$"), "Qt Gui or Widgets", ("menubar", "ui", "demo", "app")),
     (re.compile(r"^simdjson\.h$"), "simdjson", ("agents", "agents/adapters")),
     (re.compile(r"^sqlite3\.h$"), "SQLite", ("agents/adapters",)),
     (re.compile(r"^zstd\.h$"), "zstd", ("agents/adapters",)),
