@@ -19,8 +19,8 @@ namespace {
 
 using Drawing = void (*)(GlyphCanvas&);
 
-std::array<std::span<const GlyphEntry>, 5> tables() {
-  return {machineGlyphs(), natureGlyphs(), networkGlyphs(), audioGlyphs(), agentGlyphs()};
+std::array<std::span<const GlyphEntry>, 6> tables() {
+  return {machineGlyphs(), natureGlyphs(), networkGlyphs(), audioGlyphs(), agentGlyphs(), interfaceGlyphs()};
 }
 
 const std::unordered_map<std::string_view, Drawing>& drawings() {

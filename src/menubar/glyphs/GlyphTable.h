@@ -19,5 +19,6 @@ std::span<const GlyphEntry> natureGlyphs();
 std::span<const GlyphEntry> networkGlyphs();
 std::span<const GlyphEntry> audioGlyphs();
 std::span<const GlyphEntry> agentGlyphs();
+std::span<const GlyphEntry> interfaceGlyphs();
 
 }  // namespace quillmeter
