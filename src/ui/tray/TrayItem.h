@@ -12,13 +12,18 @@ namespace quillmeter {
 class Theme;
 
 // The program's item in the panel: draws the chosen style, again only when what it shows has changed, keeps the tooltip
-// with the figures, and turns clicks into wishes. Follows a tray that appears late, vanishes or is replaced. One, main
-// thread.
+// with the figures, and turns clicks into wishes. It goes to the panel's message-bus tray (StatusNotifierItem) where one
+// shows items, else to the X11 tray; it follows trays that appear late, vanish or are replaced by another kind. One,
+// main thread.
 class TrayItem {
  public:
+  // A tray that vanishes may be a panel that restarts; it is given so long to come back before it counts as gone.
+  static constexpr double vanishedSeconds = 5.0;
+
   struct Handlers {
     std::function<void(const QRect& icon)> togglePopover;  // left click; where the icon is, empty when unknown
     std::function<void()> refresh;                         // middle click
+    // Called a first time when it is known whether there is a tray, shortly after show(), then at each change.
     std::function<void(bool available)> availabilityChanged;
   };
 
