@@ -158,10 +158,7 @@ void WatchSession::systemChanged() {
   } else if (!isStarting_) {  // the first sample only primes rates and shares
     printLine();
   }
-  // The totals of a day end with it, not up to half a minute later.
-  const Date scanned = store_.agents().lastUpdated;
-  const bool isAnotherDay =
-      scanned != Date::distantPast() && calendar_.startOfDay(scanned) != calendar_.startOfDay(context_.clock.now());
+  const bool isAnotherDay = store_.agents().isOfAnotherDay(calendar_, context_.clock.now());
   if (isAnotherDay && !store_.isRefreshingAgents() && !store_.isCleaningMemory()) store_.refreshAgents();
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/MainExecutor.h"
+
 namespace quillmeter {
 
 namespace {
@@ -87,7 +89,7 @@ tl::expected<void, PreferenceProblem> PreferenceStore::apply(std::string_view ke
   if (!written) return tl::unexpected(written.error());
   if (*written) {
     ++revision_;
-    observers_.notify({std::string(key)}, PreferenceChangeOrigin::thisProgram);
+    notify({std::string(key)}, PreferenceChangeOrigin::thisProgram);
   }
   return {};
 }
@@ -105,10 +107,20 @@ tl::expected<void, PreferenceProblem> PreferenceStore::remove(std::string_view k
 }
 
 void PreferenceStore::refresh() {
-  const std::vector<std::string> keys = domain_.refresh();
+  std::vector<std::string> keys = domain_.refresh();
   if (keys.empty()) return;
   ++revision_;
-  observers_.notify(keys, PreferenceChangeOrigin::anotherProgram);
+  notify(std::move(keys), PreferenceChangeOrigin::anotherProgram);
+}
+
+void PreferenceStore::tellOn(MainExecutor& executor) {
+  executor_ = &executor;
+  toldThread_ = std::this_thread::get_id();
+}
+
+void PreferenceStore::notify(std::vector<std::string> keys, PreferenceChangeOrigin origin) {
+  if (executor_ == nullptr || std::this_thread::get_id() == toldThread_) return observers_.notify(keys, origin);
+  executor_->post([this, keys = std::move(keys), origin] { observers_.notify(keys, origin); });
 }
 
 }  // namespace quillmeter

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "base/Observers.h"
@@ -14,13 +15,15 @@
 
 namespace quillmeter {
 
+class MainExecutor;
+
 // Who changed a setting: this program through its store, or another one that writes the same domain.
 enum class PreferenceChangeOrigin { thisProgram, anotherProgram };
 
 // The settings as the program reads them: a persistent domain with a layer of registered defaults under it that is
 // never written. A stored value of the wrong type counts as absent, so the registered default shows through, and then
 // the default of the setting's own row. The domain must live as long as the store. Safe on every thread; changes are
-// told on the thread that made them or called refresh().
+// told on the thread that made them or called refresh(), unless tellOn() names another.
 class PreferenceStore {
  public:
   using ChangeObservers = Observers<const std::vector<std::string>&, PreferenceChangeOrigin>;
@@ -59,18 +62,25 @@ class PreferenceStore {
   // refresh().
   std::uint64_t revision() const { return revision_.load(); }
 
+  // From now on changes made on other threads than this one (a grant that a scan finds unusable) are told by the
+  // executor, so that views need not mind. The executor outlives the store's use.
+  void tellOn(MainExecutor& executor);
+
   // The user-written values, without the registered ones.
   PreferenceDomain& domain() const { return domain_; }
 
  private:
   template <typename T>
   std::optional<T> typed(std::string_view key) const;
+  void notify(std::vector<std::string> keys, PreferenceChangeOrigin origin);
   tl::expected<void, PreferenceProblem> apply(std::string_view key, std::optional<PreferenceValue> value);
 
   PreferenceDomain& domain_;
   mutable std::mutex mutex_;  // guards registered_
   std::map<std::string, PreferenceValue, std::less<>> registered_;
   ChangeObservers observers_;
+  MainExecutor* executor_ = nullptr;
+  std::thread::id toldThread_;
   std::atomic<std::uint64_t> revision_{1};
 };
 

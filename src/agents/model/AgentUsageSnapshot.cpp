@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/Calendar.h"
+
 namespace quillmeter {
 
 namespace {
@@ -70,6 +72,10 @@ std::vector<AgentActivitySession> AgentUsageSnapshot::activeSessions(Date now) c
     return a.lastActivity > b.lastActivity;
   });
   return active;
+}
+
+bool AgentUsageSnapshot::isOfAnotherDay(const Calendar& calendar, Date now) const {
+  return lastUpdated != Date::distantPast() && calendar.startOfDay(lastUpdated) != calendar.startOfDay(now);
 }
 
 }  // namespace quillmeter

@@ -14,6 +14,8 @@
 
 namespace quillmeter {
 
+class Calendar;
+
 // The usage of one hour or day, by the first instant of that hour or day.
 struct AgentUsageBucket {
   Date start;
@@ -50,6 +52,9 @@ struct AgentUsageSnapshot {
   const AgentTokenMetrics& metrics(AgentUsageRange range) const;
   // hourlyUsage, weeklyUsage or monthlyUsage.
   const std::vector<AgentUsageBucket>& buckets(AgentUsageRange range) const;
+  // Whether it was made on another day than `now`: the totals of a day end with it, not up to half a minute later. Not
+  // before the first scan.
+  bool isOfAnotherDay(const Calendar& calendar, Date now) const;
   // Sessions active at `now`, newest first; equal times keep their order in recentSessions.
   std::vector<AgentActivitySession> activeSessions(Date now) const;
 
