@@ -1,14 +1,12 @@
 #include <csignal>
 #include <string>
 
-#include <sys/signalfd.h>
-#include <unistd.h>
 #include <QCoreApplication>
 
 #include "base/Clock.h"
-#include "base/FileDescriptor.h"
 #include "ctl/Console.h"
 #include "ctl/NonblockingOutput.h"
+#include "platform/linux/SignalDescriptor.h"
 #include "platform/linux/desktop/LinuxDesktop.h"
 #include "platform/qt/QtCatalogue.h"
 #include "platform/qt/QtDescriptorWatcher.h"
@@ -23,16 +21,6 @@
 using namespace quillmeter;
 
 namespace {
-
-// The signals that end the program come as bytes into the event loop; blocked before any thread is made, so that each
-// inherits it.
-FileDescriptor endSignals() {
-  sigset_t wanted;
-  sigemptyset(&wanted);
-  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&wanted, signal);
-  sigprocmask(SIG_BLOCK, &wanted, nullptr);
-  return FileDescriptor(signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK));
-}
 
 // Says what changed; a failure of the store ends the program, since nobody is there to press a button.
 class RecordLog {
@@ -83,11 +71,11 @@ int record(const std::string& archive, const std::string& language, ctl::Console
 
 int main(int argc, char** argv) {
   ctl::Console::occupyStandardDescriptors();
-  const FileDescriptor ending = endSignals();
+  const SignalDescriptor ending({SIGTERM, SIGINT, SIGHUP});  // before any thread is made
   if (argc != 3) return 2;
   QCoreApplication application(argc, argv);
   ctl::Console console(1, 2);
   installCatalogue(argv[2]);
-  const int code = record(argv[1], argv[2], console, ending.get());
+  const int code = record(argv[1], argv[2], console, ending.descriptor());
   return static_cast<int>(console.finish(code == 0 ? ctl::ExitCode::done : ctl::ExitCode::couldNot));
 }

@@ -14,12 +14,12 @@
 #include "core/MonitorStore.h"
 #include "core/SharedSnapshotStore.h"
 #include "ctl/NonblockingOutput.h"
-#include "ctl/SignalDescriptor.h"
 #include "ctl/TerminalScreen.h"
 #include "ctl/ToolContext.h"
 #include "ctl/WatchCommand.h"
 #include "ctl/WatchView.h"
 #include "platform/Platform.h"
+#include "platform/linux/SignalDescriptor.h"
 #include "platform/qt/QtEventLoop.h"
 
 namespace quillmeter::ctl {

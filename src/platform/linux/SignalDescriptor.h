@@ -7,7 +7,7 @@
 
 #include "base/FileDescriptor.h"
 
-namespace quillmeter::ctl {
+namespace quillmeter {
 
 // Signals as something to read, so that they are handled in the event loop like all else. While it lives they are
 // blocked in the thread that made it and in the threads that this one starts; made before those.
@@ -27,4 +27,4 @@ class SignalDescriptor {
   FileDescriptor descriptor_;
 };
 
-}  // namespace quillmeter::ctl
+}  // namespace quillmeter

@@ -1,9 +1,9 @@
-#include "ctl/SignalDescriptor.h"
+#include "platform/linux/SignalDescriptor.h"
 
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-namespace quillmeter::ctl {
+namespace quillmeter {
 
 SignalDescriptor::SignalDescriptor(std::initializer_list<int> signals) {
   sigset_t set;
@@ -25,4 +25,4 @@ std::optional<int> SignalDescriptor::take() {
   return static_cast<int>(info.ssi_signo);
 }
 
-}  // namespace quillmeter::ctl
+}  // namespace quillmeter
