@@ -14,6 +14,9 @@ class PreferenceStore;
 // and before any window. Main thread.
 class Theme {
  public:
+  // Worth calling before the QApplication is made, which then does not load the desktop's own style first.
+  static void installStyle();
+
   // All outlive the theme.
   Theme(QApplication& application, PreferenceStore& preferences, DesktopAppearance& appearance);
   ~Theme();
@@ -24,6 +27,7 @@ class Theme {
   bool isHighContrast() const { return highContrast_; }
   // Whether the desktop itself is dark, whatever the setting says: what panels go by.
   bool isDesktopDark() const { return appearance_.current().dark; }
+  // Also when only the desktop's appearance changed.
   [[nodiscard]] Subscription onChange(std::function<void()> changed) { return observers_.add(std::move(changed)); }
 
  private:
@@ -34,6 +38,7 @@ class Theme {
   DesktopAppearance& appearance_;
   bool dark_ = false;
   bool highContrast_ = false;
+  bool isApplied_ = false;
   Observers<> observers_;
   Subscription settingChanges_;
 };

@@ -35,9 +35,16 @@ struct ThemeColors {
   // The colours that a widget paints with: those whose palette it has.
   static const ThemeColors& of(const QPalette& palette);
 
-  // A component's colour ("4C8DFF") made legible on this appearance's surface.
+  // A component's colour ("4C8DFF") made legible on this appearance's surface: as a shape or as large text.
   QColor tint(std::string_view hex) const;
+  // The same for small text.
+  QColor textTint(std::string_view hex) const;
   QPalette palette() const;
 };
+
+// The relation of luminances, 1 ... 21, that says how legible one opaque colour is on another.
+double contrastRatio(const QColor& first, const QColor& second);
+// So much (0 ... 1) of `over` laid on `under`; opaque.
+QColor mixed(const QColor& under, const QColor& over, double share);
 
 }  // namespace quillmeter

@@ -1,0 +1,105 @@
+#include "ui/theme/MenuPainting.h"
+
+#include <algorithm>
+
+#include <QPainter>
+#include <QStyleOption>
+
+#include "ui/theme/ButtonPainting.h"
+#include "ui/theme/Shapes.h"
+#include "ui/theme/ThemeColors.h"
+
+namespace quillmeter::MenuPainting {
+namespace {
+
+constexpr int itemHeight = 30;
+constexpr int separatorHeight = 9;
+constexpr int markWidth = 26;  // also where items without a mark begin
+constexpr int trailing = 14;
+constexpr double rowRadius = 6;
+
+bool isSeparator(const QStyleOptionMenuItem& option) {
+  return option.menuItemType == QStyleOptionMenuItem::Separator;
+}
+
+void mark(const QStyleOptionMenuItem& option, QPainter& painter) {
+  const QRect& whole = option.rect;
+  constexpr int size = 16;
+  const QRect box(whole.left() + (markWidth - size) / 2 + 2, whole.top() + (whole.height() - size) / 2, size, size);
+  if (option.checkType != QStyleOptionMenuItem::NotCheckable) {
+    QStyleOption tick = option;
+    tick.rect = box;
+    if (option.checked) ButtonPainting::checkMark(tick, painter);
+  } else if (!option.icon.isNull()) {
+    option.icon.paint(&painter, box, Qt::AlignCenter,
+                      option.state & QStyle::State_Enabled ? QIcon::Normal : QIcon::Disabled);
+  }
+}
+
+}  // namespace
+
+void panel(const QStyleOption& option, QPainter& painter, double radius) {
+  const ThemeColors& colors = ThemeColors::of(option.palette);
+  Shapes::panel(painter, option.rect, radius, colors.dark ? colors.raised : colors.surface,
+                mixed(colors.border, colors.text, 0.06));
+}
+
+void item(const QStyleOptionMenuItem& option, QPainter& painter) {
+  const ThemeColors& colors = ThemeColors::of(option.palette);
+  const bool enabled = option.state & QStyle::State_Enabled;
+  if (isSeparator(option)) {
+    const double line = Shapes::hairline(painter);
+    const QRectF place(option.rect.left() + 8, QRectF(option.rect).center().y(), option.rect.width() - 16, line);
+    painter.fillRect(Shapes::onPixels(painter, place), colors.border);
+    return;
+  }
+  if (enabled && option.state & QStyle::State_Selected)
+    Shapes::panel(painter, QRectF(option.rect).adjusted(1, 1, -1, -1), rowRadius, colors.selection);
+  mark(option, painter);
+
+  const qsizetype tab = option.text.indexOf(QLatin1Char('\t'));
+  const QRect area = option.rect.adjusted(markWidth + 4, 0, -trailing, 0);
+  constexpr int flags = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic;
+  painter.save();
+  painter.setFont(option.font);
+  if (tab >= 0) {
+    painter.setPen(enabled ? colors.secondaryText : colors.tertiaryText);
+    painter.drawText(area, flags | Qt::AlignRight, option.text.mid(tab + 1));
+  }
+  painter.setPen(enabled ? colors.text : colors.tertiaryText);
+  painter.drawText(area, flags | Qt::AlignLeft, option.text.left(tab));
+  painter.restore();
+  if (option.menuItemType == QStyleOptionMenuItem::SubMenu)
+    Shapes::chevron(painter, QPointF(option.rect.right() - 9, QRectF(option.rect).center().y()), colors.secondaryText,
+                    -90);
+}
+
+QSize itemSize(const QStyleOptionMenuItem& option, const QSize& contents) {
+  if (isSeparator(option)) return {contents.width(), separatorHeight};
+  constexpr int shortcutGap = 24;
+  int width = contents.width() + markWidth + 4 + trailing + 4;
+  if (option.text.contains(QLatin1Char('\t'))) width += shortcutGap;
+  if (option.menuItemType == QStyleOptionMenuItem::SubMenu) width += trailing;
+  return {width, std::max(itemHeight, contents.height() + 8)};
+}
+
+void row(const QStyleOptionViewItem& option, QPainter& painter) {
+  const ThemeColors& colors = ThemeColors::of(option.palette);
+  const bool selected = option.state & QStyle::State_Selected;
+  const bool hovered = option.state & QStyle::State_MouseOver && option.state & QStyle::State_Enabled;
+  if (!selected && !hovered) {
+    if (option.backgroundBrush.style() != Qt::NoBrush) painter.fillRect(option.rect, option.backgroundBrush);
+    return;
+  }
+  Shapes::panel(painter, option.rect, rowRadius, selected ? colors.selection : colors.hover);
+}
+
+void headerSection(const QStyleOptionHeader& option, QPainter& painter) {
+  const ThemeColors& colors = ThemeColors::of(option.palette);
+  painter.fillRect(option.rect, option.palette.color(QPalette::Base));
+  const double line = Shapes::hairline(painter);
+  const QRectF edge(option.rect.left(), option.rect.bottom() + 1 - line, option.rect.width(), line);
+  painter.fillRect(Shapes::onPixels(painter, edge), colors.separator);
+}
+
+}  // namespace quillmeter::MenuPainting

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QSize>
+
+class QPainter;
+class QStyleOption;
+class QStyleOptionHeader;
+class QStyleOptionMenuItem;
+class QStyleOptionViewItem;
+
+namespace quillmeter {
+
+// Menus, tool tips, and the rows and headers of lists.
+namespace MenuPainting {
+
+constexpr int panelMargin = 5;
+constexpr double panelRadius = 10;
+
+// The ground of a menu, of a combo box's list or of a tool tip.
+void panel(const QStyleOption& option, QPainter& painter, double radius = panelRadius);
+void item(const QStyleOptionMenuItem& option, QPainter& painter);
+QSize itemSize(const QStyleOptionMenuItem& option, const QSize& contents);
+void row(const QStyleOptionViewItem& option, QPainter& painter);
+void headerSection(const QStyleOptionHeader& option, QPainter& painter);
+
+}  // namespace MenuPainting
+
+}  // namespace quillmeter

@@ -1,0 +1,102 @@
+#include "ui/theme/TabularText.h"
+
+#include <algorithm>
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QPainter>
+
+namespace quillmeter::TabularText {
+namespace {
+
+bool isDigit(QChar character) {
+  return character >= u'0' && character <= u'9';
+}
+
+// Pairs of digits must not move together either.
+QFont withoutKerning(QFont font) {
+  font.setKerning(false);
+  return font;
+}
+
+struct Digits {
+  double cell = 0;
+  bool areUniform = true;
+};
+
+Digits digitsOf(const QFontMetricsF& metrics) {
+  const double zero = metrics.horizontalAdvance(QLatin1Char('0'));
+  Digits digits{.cell = zero};
+  for (char digit = '1'; digit <= '9'; ++digit) {
+    const double advance = metrics.horizontalAdvance(QLatin1Char(digit));
+    digits.areUniform = digits.areUniform && advance == zero;
+    digits.cell = std::max(digits.cell, advance);
+  }
+  return digits;
+}
+
+// Calls `piece` for each digit and for each run of what is no digit, with its place from the start.
+template <typename Piece>
+double walk(const QString& text, const QFontMetricsF& metrics, const Digits& digits, const Piece& piece) {
+  double x = 0;
+  for (qsizetype start = 0; start < text.size();) {
+    qsizetype end = start + 1;
+    const bool digit = isDigit(text[start]);
+    while (!digit && end < text.size() && !isDigit(text[end])) ++end;
+    const QString part = text.mid(start, end - start);
+    const double advance = metrics.horizontalAdvance(part);
+    piece(part, digit ? x + (digits.cell - advance) / 2 : x);
+    x += digit ? digits.cell : advance;
+    start = end;
+  }
+  return x;
+}
+
+double widthOf(const QString& text, const QFontMetricsF& metrics, const Digits& digits) {
+  if (digits.areUniform) return metrics.horizontalAdvance(text);
+  return walk(text, metrics, digits, [](const QString&, double) {});
+}
+
+double shareLeft(Qt::Alignment alignment) {
+  if (alignment & Qt::AlignRight) return 1;
+  return alignment & Qt::AlignHCenter ? 0.5 : 0;
+}
+
+double shareAbove(Qt::Alignment alignment) {
+  if (alignment & Qt::AlignBottom) return 1;
+  return alignment & Qt::AlignTop ? 0 : 0.5;
+}
+
+}  // namespace
+
+double width(const QString& text, const QFont& font) {
+  const QFontMetricsF metrics(withoutKerning(font));
+  return widthOf(text, metrics, digitsOf(metrics));
+}
+
+void draw(QPainter& painter, const QRectF& rectangle, Qt::Alignment alignment, const QString& text) {
+  const QFont before = painter.font();
+  painter.setFont(withoutKerning(before));
+  const QFontMetricsF metrics(painter.font(), painter.device());
+  const Digits digits = digitsOf(metrics);
+  QString shown = text;
+  double needed = widthOf(shown, metrics, digits);
+  // A hint that was rounded up somewhere must not cost the last letter.
+  constexpr double tolerance = 0.5;
+  if (needed > rectangle.width() + tolerance) {
+    shown = metrics.elidedText(text, Qt::ElideRight, rectangle.width());
+    needed = widthOf(shown, metrics, digits);
+  }
+  const double left = rectangle.left() + std::max(0.0, rectangle.width() - needed) * shareLeft(alignment);
+  const double baseline =
+      rectangle.top() + (rectangle.height() - metrics.height()) * shareAbove(alignment) + metrics.ascent();
+  if (digits.areUniform) {
+    painter.drawText(QPointF(left, baseline), shown);
+  } else {
+    walk(shown, metrics, digits,
+         [&](const QString& part, double x) { painter.drawText(QPointF(left + x, baseline), part); });
+  }
+  painter.setFont(before);
+}
+
+}  // namespace quillmeter::TabularText
