@@ -34,7 +34,7 @@ ALLOWED = {
             "preferences", "screentime", "screentime/model", "quickstatus", "quickstatus/model", "update", "update/model",
             "platform", "platform/linux", "platform/qt", "base"],
     "menubar/model": ["preferences", "base"],
-    "menubar": ["menubar/model", "core", "core/model", "quickstatus/model", "preferences", "base"],
+    "menubar": ["menubar/model", "core", "core/model", "agents/model", "quickstatus/model", "preferences", "base"],
     "ui": ["menubar", "menubar/model", "core", "core/model", "agents/model", "access", "access/model", "preferences", "screentime",
            "screentime/model", "quickstatus", "quickstatus/model", "update", "update/model", "platform", "base"],
     # All services over a described machine, for tests and screenshots; no part of the product.

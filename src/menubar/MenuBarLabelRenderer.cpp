@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <QtGui/QFont>
 #include <QtGui/QFontMetricsF>
@@ -82,7 +83,7 @@ class LabelPainter {
     const double betweenEntries = std::round(height_ * 0.4);
     double width = 0;
     for (const MenuBarLabelEntry& entry : label_.entries) {
-      width += symbol + gap + std::ceil(TabularText(entry.value, font).width()) + betweenEntries;
+      width += symbol + gap + room(entry, font) + betweenEntries;
     }
     QImage image = blank(width - betweenEntries);
     QPainter painter(&image);
@@ -91,9 +92,8 @@ class LabelPainter {
     for (const MenuBarLabelEntry& entry : label_.entries) {
       SymbolPainter::paint(painter, entry.symbol, QRectF(x, (height_ - symbol) / 2, symbol, symbol), color());
       x += symbol + gap;
-      const TabularText text(entry.value, font);
-      text.paint(painter, x, baseline(font, height_ / 2));
-      x += std::ceil(text.width()) + betweenEntries;
+      TabularText(entry.value, font).paint(painter, x, baseline(font, height_ / 2));
+      x += room(entry, font) + betweenEntries;
     }
     painter.end();
     return finished(std::move(image));
@@ -101,16 +101,19 @@ class LabelPainter {
 
   QImage square() const {
     const MenuBarLabelEntry& entry = label_.entries.front();
-    const double largest = height_ * 0.46;
-    const double natural = TabularText(entry.value, fontOf(largest)).width();
-    const QFont font = fontOf(natural > height_ ? std::max(5.0, largest * height_ / natural) : largest);
-    const TabularText text(entry.value, font);
-    const double symbol = std::round(height_ * 0.54);
     QImage image = blank(height_);
     QPainter painter(&image);
     prepare(painter);
-    SymbolPainter::paint(painter, entry.symbol, QRectF((height_ - symbol) / 2, 0, symbol, symbol), color());
-    text.paint(painter, std::max(0.0, (height_ - text.width()) / 2), baseline(font, height_ * 0.78));
+    const auto [figure, unit] = split(entry.value);
+    if (unit.empty()) {
+      const double symbol = std::round(height_ * 0.54);
+      SymbolPainter::paint(painter, entry.symbol, QRectF((height_ - symbol) / 2, 0, symbol, symbol), color());
+      paintFitted(painter, entry.value, entry.widest, height_ * 0.46, height_ * 0.78);
+    } else {
+      const auto [widestFigure, widestUnit] = split(entry.widest);
+      paintFitted(painter, figure, widestFigure, height_ * 0.56, height_ * 0.27);
+      paintFitted(painter, unit, widestUnit, height_ * 0.46, height_ * 0.76);
+    }
     painter.end();
     return finished(std::move(image));
   }
@@ -123,6 +126,29 @@ class LabelPainter {
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
     font.setWeight(QFont::Medium);
     return font;
+  }
+
+  static double room(const MenuBarLabelEntry& entry, const QFont& font) {
+    return std::ceil(std::max(TabularText(entry.value, font).width(), TabularText(entry.widest, font).width()));
+  }
+
+  // Figure and unit; the unit is empty when there is none.
+  static std::pair<std::string, std::string> split(const std::string& value) {
+    const std::size_t blank = value.find(' ');
+    if (blank == std::string::npos) return {value, {}};
+    return {value.substr(0, blank), value.substr(blank + 1)};
+  }
+
+  // Centred, as large as `largest` and the square allow.
+  void paintFitted(QPainter& painter, const std::string& value, const std::string& widest, double largest,
+                   double middle) const {
+    constexpr double smallestPixels = 5;
+    const QFont full = fontOf(largest);
+    const double natural = std::max(TabularText(value, full).width(), TabularText(widest, full).width());
+    const QFont font =
+        natural > height_ ? fontOf(std::max(smallestPixels, std::floor(largest * height_ / natural))) : full;
+    const TabularText text(value, font);
+    text.paint(painter, std::max(0.0, (height_ - text.width()) / 2), baseline(font, middle));
   }
 
   // Capitals and digits, centred on the line.

@@ -8,14 +8,16 @@ class QImage;
 
 namespace quillmeter {
 
-// Pairs side by side, or the first of them as a square with its symbol above the figure: trays squeeze a wide icon into
-// a square, a panel's own label does not.
+// Pairs side by side, or the first of them as a square: trays squeeze a wide icon into a square, a panel's own label
+// does not. In the square the symbol stands above the figure; a figure with a unit ("1.4 MB/s"), which would become too
+// small beside it, fills the square alone, the unit below.
 enum class MenuBarLabelLayout { row, square };
 
 // One figure of the label with its symbol.
 struct MenuBarLabelEntry {
   std::string symbol;
   std::string value;
+  std::string widest;  // the room that the value is given whatever it is ("100%"); empty: its own
 
   friend bool operator==(const MenuBarLabelEntry&, const MenuBarLabelEntry&) = default;
 };

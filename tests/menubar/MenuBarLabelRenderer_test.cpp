@@ -81,6 +81,28 @@ TEST_F(MenuBarLabelImage, aSquareHoldsLongFiguresByShrinkingThem) {
   EXPECT_EQ(imageOf(label).size(), QSize(44, 44));
 }
 
+TEST_F(MenuBarLabelImage, theRoomOfTheWidestValueIsKept) {
+  const auto width = [](const char* value) { return imageOf(labelOf({{"cpu", value, "100%"}, {"cpu", "1"}})).width(); };
+  EXPECT_EQ(width("7%"), width("100%"));
+  EXPECT_GT(width("1000.0K"), width("100%")) << "a wider one takes what it needs";
+  MenuBarLabel square = labelOf({{"cpu", "88%", "100%"}});
+  square.layout = MenuBarLabelLayout::square;
+  const QImage reserved = imageOf(square);
+  square.entries.front().widest.clear();
+  EXPECT_LT(inkOf(reserved), inkOf(imageOf(square))) << "as large as 100% can be, not larger";
+}
+
+TEST_F(MenuBarLabelImage, aFigureWithAUnitFillsTheSquareAlone) {
+  MenuBarLabel label = labelOf({{"arrow.down", "888 KB/s"}});
+  label.layout = MenuBarLabelLayout::square;
+  const QImage image = imageOf(label);
+  const int half = image.height() / 2;
+  EXPECT_GT(inkOf(image.copy(0, 0, image.width(), half)), 20);
+  EXPECT_GT(inkOf(image.copy(0, half, image.width(), half)), 20);
+  label.entries.front().symbol = "cpu";
+  EXPECT_EQ(imageOf(label), image) << "no room for a symbol";
+}
+
 TEST_F(MenuBarLabelImage, textAndSymbolHaveTheLabelsColour) {
   for (const auto& [dark, selected] : {std::pair{false, false}, {true, false}, {false, true}}) {
     MenuBarLabel label = labelOf({{"terminal.fill", "88%"}});

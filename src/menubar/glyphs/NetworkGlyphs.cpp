@@ -49,6 +49,14 @@ void upAndDown(GlyphCanvas& c) {
   c.stroke("M7.5 20V4.5M3 9L7.5 4.5L12 9M16.5 4V19.5M12 15L16.5 19.5L21 15");
 }
 
+void arrowUp(GlyphCanvas& c) {
+  c.stroke("M12 20.5V4M5.5 10.5L12 4L18.5 10.5", 2.4);
+}
+
+void arrowDown(GlyphCanvas& c) {
+  c.stroke("M12 3.5V20M5.5 13.5L12 20L18.5 13.5", 2.4);
+}
+
 }  // namespace
 
 std::span<const GlyphEntry> networkGlyphs() {
@@ -58,7 +66,9 @@ std::span<const GlyphEntry> networkGlyphs() {
                                                            {"network", network},
                                                            {"link", link},
                                                            {"questionmark", questionMark},
-                                                           {"arrow.up.arrow.down", upAndDown}});
+                                                           {"arrow.up.arrow.down", upAndDown},
+                                                           {"arrow.up", arrowUp},
+                                                           {"arrow.down", arrowDown}});
   return table;
 }
 
