@@ -4,7 +4,7 @@
 
 #include "ctl/QuickReport.h"
 #include "ctl/ToolRun.h"
-#include "support/FakeAudioHardware.h"
+#include "platform/fake/FakeAudioHardware.h"
 #include "support/SoundServer.h"
 
 namespace quillmeter::test {

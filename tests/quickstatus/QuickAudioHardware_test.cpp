@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/FakeAudioHardware.h"
+#include "platform/fake/FakeAudioHardware.h"
 
 namespace quillmeter {
 namespace {
@@ -15,7 +15,7 @@ AudioOutputFacts stereoWithoutMain() {
 }
 
 TEST(QuickAudioHardware, readsTheDefaultDeviceAndClampsAnAmplifiedVolume) {
-  test::FakeAudioHardware server;
+  FakeAudioHardware server;
   server.facts.outputs = {{.id = 3,
                            .name = "Speakers",
                            .transport = "bltn",
@@ -39,7 +39,7 @@ TEST(QuickAudioHardware, readsTheDefaultDeviceAndClampsAnAmplifiedVolume) {
 }
 
 TEST(QuickAudioHardware, aDeviceWithoutMainControlsIsReadAndSetByItsChannels) {
-  test::FakeAudioHardware server;
+  FakeAudioHardware server;
   server.facts = {{stereoWithoutMain()}, 7};
   QuickAudioHardware hardware(server);
   QuickStatusSnapshot snapshot;
@@ -56,7 +56,7 @@ TEST(QuickAudioHardware, aDeviceWithoutMainControlsIsReadAndSetByItsChannels) {
 }
 
 TEST(QuickAudioHardware, refusesWhatNoDeviceCanTake) {
-  test::FakeAudioHardware server;
+  FakeAudioHardware server;
   QuickAudioHardware hardware(server);
   EXPECT_FALSE(hardware.setVolume(0.5)) << "no server";
   server.facts = {{{.id = 1, .name = "Digital", .channelVolumes = {1}}}, 1};

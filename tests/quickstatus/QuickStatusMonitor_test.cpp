@@ -6,12 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/fake/FakeAudioHardware.h"
 #include "platform/fake/InMemoryPreferenceDomain.h"
 #include "platform/fake/ManualQueue.h"
 #include "platform/fake/ManualTimerFactory.h"
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
-#include "support/FakeAudioHardware.h"
 
 namespace quillmeter {
 namespace {
@@ -63,7 +63,7 @@ class QuickStatusMonitorTest : public testing::Test {
   PreferenceStore preferences{domain};
   FakePaths paths;
   FakeWifi wifi;
-  test::FakeAudioHardware audio;
+  FakeAudioHardware audio;
   QuickStatusMonitor monitor{{timers, mainThread, queue, preferences, paths, wifi, audio}};
 };
 

@@ -2,10 +2,10 @@
 
 #include <string>
 
+#include "demo/MemoryArchiveStore.h"
 #include "platform/fake/FakeScreenTime.h"
 #include "platform/fake/ManualClock.h"
 #include "platform/fake/ManualTimerFactory.h"
-#include "screentime/MemoryArchiveStore.h"
 #include "screentime/ScreenTimeMonitor.h"
 
 namespace quillmeter::test {

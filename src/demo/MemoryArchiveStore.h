@@ -5,7 +5,7 @@
 
 #include "screentime/ActivityArchiveStore.h"
 
-namespace quillmeter::test {
+namespace quillmeter {
 
 // An archive in memory that fails on demand and counts what was asked of it.
 class MemoryArchiveStore final : public ActivityArchiveStore {
@@ -49,4 +49,4 @@ class MemoryArchiveStore final : public ActivityArchiveStore {
   int saves = 0;
 };
 
-}  // namespace quillmeter::test
+}  // namespace quillmeter

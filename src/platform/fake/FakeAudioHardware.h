@@ -8,7 +8,7 @@
 
 #include "platform/AudioHardware.h"
 
-namespace quillmeter::test {
+namespace quillmeter {
 
 // A sound server of memory. Records what it was asked to change and can refuse it.
 class FakeAudioHardware final : public AudioHardware {
@@ -48,4 +48,4 @@ class FakeAudioHardware final : public AudioHardware {
   }
 };
 
-}  // namespace quillmeter::test
+}  // namespace quillmeter
