@@ -37,6 +37,15 @@ ScreenTimeMonitor::~ScreenTimeMonitor() {
   dependencies_.locks.setLockHandler({});
 }
 
+std::string ScreenTimeMonitor::state() const {
+  return L10n::string(state_);
+}
+
+std::optional<std::string> ScreenTimeMonitor::storageError() const {
+  if (!storageError_) return std::nullopt;
+  return L10n::string(*storageError_);
+}
+
 void ScreenTimeMonitor::start() {
   if (started_) return;
   started_ = true;
@@ -104,12 +113,12 @@ ActivityRecorder::Sample ScreenTimeMonitor::readSample(const std::optional<Runni
   return sample;
 }
 
-std::string ScreenTimeMonitor::stateFor(const ActivityRecorder::Sample& sample, std::optional<bool> locked) const {
-  if (locked == true) return QM_TR("已锁屏");
-  if (!locked) return QM_TR("锁屏状态不可用");
-  if (!sample.available) return QM_TR("当前不计时");
-  if (!isKnownIdle(sample.idleSeconds)) return QM_TR("活动状态不可用");
-  return sample.idleSeconds >= ActivityRecorder::idleLimitSeconds ? QM_TR("空闲中") : QM_TR("活跃中");
+std::string_view ScreenTimeMonitor::stateFor(const ActivityRecorder::Sample& sample, std::optional<bool> locked) const {
+  if (locked == true) return QM_TR_NOOP("已锁屏");
+  if (!locked) return QM_TR_NOOP("锁屏状态不可用");
+  if (!sample.available) return QM_TR_NOOP("当前不计时");
+  if (!isKnownIdle(sample.idleSeconds)) return QM_TR_NOOP("活动状态不可用");
+  return sample.idleSeconds >= ActivityRecorder::idleLimitSeconds ? QM_TR_NOOP("空闲中") : QM_TR_NOOP("活跃中");
 }
 
 void ScreenTimeMonitor::tick(const std::optional<RunningApplication>& foreground) {
@@ -122,10 +131,10 @@ void ScreenTimeMonitor::tick(const std::optional<RunningApplication>& foreground
   const bool counting =
       sample.available && isKnownIdle(sample.idleSeconds) && sample.idleSeconds < ActivityRecorder::idleLimitSeconds;
   std::optional<ActivityApp> app = counting ? sample.app : std::nullopt;
-  std::string state = stateFor(sample, locked);
+  const std::string_view state = stateFor(sample, locked);
   const bool stateChanged = app != currentApp_ || state != state_;
   currentApp_ = std::move(app);
-  state_ = std::move(state);
+  state_ = state;
 
   const double sinceSave = sample.uptimeSeconds - lastSaveUptime_.value_or(0);
   if (!lastSaveUptime_ || sinceSave >= saveIntervalSeconds || sinceSave < 0) {
@@ -186,8 +195,8 @@ ArchiveOutcome ScreenTimeMonitor::acquire() {
 
 void ScreenTimeMonitor::report(ArchiveOutcome outcome) {
   if (loadFailed_ || outcome == ArchiveOutcome::done) return;  // a failed reading has its own message
-  fail(outcome == ArchiveOutcome::heldByOther ? QM_TR("另一个正在运行的程序已在记录屏幕使用时间，此处不计时。")
-                                              : QM_TR("活动记录保存失败，计时已停止。请重试或清除记录。"),
+  fail(outcome == ArchiveOutcome::heldByOther ? QM_TR_NOOP("另一个正在运行的程序已在记录屏幕使用时间，此处不计时。")
+                                              : QM_TR_NOOP("活动记录保存失败，计时已停止。请重试或清除记录。"),
        true);
 }
 
@@ -205,7 +214,7 @@ void ScreenTimeMonitor::retrySave() {
 void ScreenTimeMonitor::clear() {
   if (dependencies_.store.remove() != ArchiveOutcome::done) {
     // A record that goes on has to have a way to do so.
-    fail(QM_TR("清除失败，请检查本地存储后重试。"), enabled_ && !loadFailed_);
+    fail(QM_TR_NOOP("清除失败，请检查本地存储后重试。"), enabled_ && !loadFailed_);
     return;
   }
   recorder_.clear();
@@ -231,7 +240,7 @@ bool ScreenTimeMonitor::load() {
   if (!stored) {
     loadFailed_ = true;
     enabled_ = false;
-    fail(QM_TR("活动记录读取失败，原文件已保留。可清除记录后重新开启。"), false);
+    fail(QM_TR_NOOP("活动记录读取失败，原文件已保留。可清除记录后重新开启。"), false);
     return false;
   }
   if (!*stored) return true;
@@ -270,8 +279,8 @@ void ScreenTimeMonitor::saveUnlessFailed() {
   if (!storageError_) save();
 }
 
-void ScreenTimeMonitor::fail(std::string message, bool canRetry) {
-  storageError_ = std::move(message);
+void ScreenTimeMonitor::fail(std::string_view message, bool canRetry) {
+  storageError_ = message;
   canRetrySave_ = canRetry;
   stopCounting();
   publish();
@@ -285,7 +294,7 @@ void ScreenTimeMonitor::clearError() {
 void ScreenTimeMonitor::stopCounting() {
   recorder_.resetBoundary();
   currentApp_.reset();
-  state_ = QM_TR("当前不计时");
+  state_ = QM_TR_NOOP("当前不计时");
 }
 
 void ScreenTimeMonitor::publish() {

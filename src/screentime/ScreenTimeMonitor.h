@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/Calendar.h"
@@ -66,9 +68,14 @@ class ScreenTimeMonitor {
   const std::vector<ActivitySpan>& spans() const { return recorder_.spans(); }
   // The application being counted right now; absent while idle or not counting.
   const std::optional<ActivityApp>& currentApp() const { return currentApp_; }
-  const std::string& state() const { return state_; }
-  const std::optional<std::string>& storageError() const { return storageError_; }
+  // Both texts in the language of the moment they are asked for.
+  std::string state() const;
+  std::optional<std::string> storageError() const;
   bool canRetrySave() const { return canRetrySave_; }
+  // Whether setEnabled() does anything: the stored archive is none that cannot be read.
+  bool canEnable() const { return !loadFailed_; }
+  // Goes up with each change of the spans.
+  std::uint64_t spansRevision() const { return recorder_.revision(); }
   // Calls `changed` after each change of any of the above.
   [[nodiscard]] Subscription observe(std::function<void()> changed) { return observers_.add(std::move(changed)); }
 
@@ -90,14 +97,14 @@ class ScreenTimeMonitor {
   void resumeFrom(bool& flag);
   ActivityRecorder::Sample readSample(const std::optional<RunningApplication>& foreground,
                                       std::optional<bool> locked) const;
-  std::string stateFor(const ActivityRecorder::Sample& sample, std::optional<bool> locked) const;
+  std::string_view stateFor(const ActivityRecorder::Sample& sample, std::optional<bool> locked) const;
   bool load();
   ArchiveOutcome acquire();
   void report(ArchiveOutcome outcome);
   void prune(Date now);
   bool save();
   void saveUnlessFailed();
-  void fail(std::string message, bool canRetry);
+  void fail(std::string_view message, bool canRetry);
   void clearError();
   void stopCounting();
   void publish();
@@ -109,8 +116,8 @@ class ScreenTimeMonitor {
   bool enabled_ = false;
   std::optional<Date> startedAt_;
   std::optional<ActivityApp> currentApp_;
-  std::string state_;
-  std::optional<std::string> storageError_;
+  std::string_view state_;  // this and the next: ids of texts
+  std::optional<std::string_view> storageError_;
   bool canRetrySave_ = false;
   bool loadFailed_ = false;
   bool systemAsleep_ = false;

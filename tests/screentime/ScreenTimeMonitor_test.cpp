@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/L10n.h"
 #include "screentime/ScreenTimeFixture.h"
 
 namespace quillmeter::test {
@@ -315,6 +316,17 @@ TEST(ScreenTimeMonitor, aFailedSaveStopsTheCountingUntilTheUserRetries) {
   EXPECT_EQ(desktop.store.stored->spans, desktop.monitor.spans());
   desktop.pass(5);
   EXPECT_EQ(desktop.total(), 35);
+}
+
+TEST(ScreenTimeMonitor, itsTextsFollowAChangeOfLanguageAlsoWhileNothingIsCounted) {
+  Recording desktop;
+  desktop.store.saveOutcome = ArchiveOutcome::failed;
+  desktop.pass(30);
+  L10n::install([](std::string_view id) { return "en:" + std::string(id); });
+  EXPECT_EQ(desktop.monitor.storageError(), "en:" + saveFailure);
+  EXPECT_EQ(desktop.monitor.state(), "en:当前不计时");
+  L10n::install({});
+  EXPECT_EQ(desktop.monitor.storageError(), saveFailure);
 }
 
 TEST(ScreenTimeMonitor, clearingAfterAFailedSaveGoesOnWithAnEmptyRecord) {
