@@ -1,13 +1,16 @@
 #include "platform/linux/desktop/ApplicationEntryIndex.h"
 
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "platform/fake/ManualClock.h"
+#include "platform/linux/desktop/DesktopApplicationIcons.h"
 #include "platform/linux/desktop/IdleStopwatch.h"
 #include "platform/linux/desktop/ProcessFacts.h"
 #include "support/TemporaryDirectory.h"
@@ -73,6 +76,47 @@ TEST(ApplicationEntryIndex, anEntryThatMenusShowGoesBeforeOneTheyDoNot) {
   folders.add("a-action.desktop", "Name=New window\nNoDisplay=true\nStartupWMClass=Suite\n");
   folders.add("suite.desktop", "Name=Suite\nStartupWMClass=Suite\n");
   EXPECT_EQ(folders.index().applicationFor("Suite", "")->identifier, "suite");
+}
+
+TEST(DesktopApplicationIcons, aNameOfTheThemeOrAnImageFileIsAnIconAndNothingElse) {
+  Folders folders;
+  const std::string image = folders.directory.write("opt/app.png", "image").string();
+  const std::string huge = folders.directory.write("opt/huge.svg", "").string();
+  std::filesystem::resize_file(huge, DesktopApplicationIcons::maximumFileBytes + 1);
+  const std::string secret = folders.directory.write("opt/secret.txt", "text").string();
+  const std::string pipe = (folders.directory.path() / "opt" / "pipe.png").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const std::string link = (folders.directory.path() / "opt" / "link.png").string();
+  std::filesystem::create_symlink(image, link);
+  ApplicationEntryIndex index = folders.index();
+  DesktopApplicationIcons icons(index);
+  int number = 0;
+  for (const auto& [named, icon] : std::vector<std::pair<std::string, std::string>>{
+           {"org.example.Editor", "org.example.Editor"},
+           {"editor.svg", "editor"},
+           {"  spaced\\sname ", "spaced name"},
+           {image, image},
+           {link, link},
+           {"/nowhere/app.png", ""},
+           {huge, ""},
+           {secret, ""},
+           {pipe, ""},
+           {folders.directory.path().string(), ""},
+           {"../../secret", ""},
+           {"..", ""},
+           {std::string(ApplicationEntryIndex::maximumIconBytes + 1, 'x'), ""},
+           {"", ""},
+       }) {
+    const std::string id = "app" + std::to_string(++number);
+    folders.add(id + ".desktop", "Name=App\nIcon=" + named + "\n");
+    std::filesystem::last_write_time(folders.system / "applications",
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(number));
+    EXPECT_EQ(icons.iconName(id), icon) << named;
+  }
+  folders.add("gone.desktop", "Name=Gone\nIcon=gone\nHidden=true\n");
+  EXPECT_EQ(icons.iconName("gone"), "") << "the user removed it";
+  EXPECT_EQ(icons.iconName("pid:12:0.0"), "");
+  EXPECT_EQ(icons.iconName(""), "");
 }
 
 TEST(ApplicationEntryIndex, theUsersFolderGoesBeforeTheSystemsAlsoToHide) {

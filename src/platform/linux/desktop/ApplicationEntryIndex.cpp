@@ -147,6 +147,7 @@ std::optional<ApplicationEntry> parseApplicationEntry(std::string_view text, con
     const std::string_view value = trimmed(line.substr(equals + 1));
     if (key == "Type") isApplication = value == "Application";
     if (key == "StartupWMClass") entry.startupWindowClass = unescaped(value);
+    if (key == "Icon") entry.icon = unescaped(value);
     if (key == "Hidden") entry.isHidden = value == "true";
     if (key == "NoDisplay") entry.isShown = value != "true";
     if (const std::size_t rank = nameRank(key, locales); rank < bestRank && !value.empty()) {
@@ -156,6 +157,7 @@ std::optional<ApplicationEntry> parseApplicationEntry(std::string_view text, con
   }
   if (!isApplication && !entry.isHidden) return std::nullopt;
   if (!isUtf8(entry.name)) entry.name.clear();
+  if (entry.icon.size() > ApplicationEntryIndex::maximumIconBytes) entry.icon.clear();
   return entry;
 }
 
@@ -269,6 +271,12 @@ std::optional<RunningApplication> ApplicationEntryIndex::applicationFor(std::str
   application.name = entry != nullptr && !entry->name.empty() ? entry->name : key.first;
   if (answers_.size() >= maximumAnswers) answers_.clear();
   return answers_.emplace(std::move(key), std::move(application)).first->second;
+}
+
+const ApplicationEntry* ApplicationEntryIndex::entryOf(std::string_view id) {
+  refresh();
+  const auto found = entries_.find(id);
+  return found == entries_.end() || found->second.isHidden ? nullptr : &found->second;
 }
 
 std::size_t ApplicationEntryIndex::entryCount() {

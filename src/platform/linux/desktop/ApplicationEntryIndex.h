@@ -18,6 +18,7 @@ struct ApplicationEntry {
   std::string id;                  // the entry's file name without ".desktop", folders joined by '-'
   std::string name;                // localised
   std::string startupWindowClass;  // StartupWMClass=, empty when absent
+  std::string icon;                // Icon=: a name or an absolute path, empty when absent
   bool isHidden = false;           // Hidden=true: the user removed it
   bool isShown = true;             // not NoDisplay=true
   friend bool operator==(const ApplicationEntry&, const ApplicationEntry&) = default;
@@ -38,6 +39,7 @@ class ApplicationEntryIndex {
   static constexpr std::size_t maximumEntries = 8'192;
   static constexpr std::size_t maximumEntryBytes = 262'144;  // entries in sixty languages get long
   static constexpr std::size_t maximumClassBytes = 256;
+  static constexpr std::size_t maximumIconBytes = 1'024;
 
   // `dataDirectories` best first; below each of them lies "applications".
   ApplicationEntryIndex(std::vector<std::filesystem::path> dataDirectories, std::vector<std::string> locales);
@@ -48,6 +50,8 @@ class ApplicationEntryIndex {
   // The application of a window by its class and, where the window system has one, its instance name. Without an entry
   // the class is id and name. Absent when both are empty. Bytes that are no UTF-8 are taken for Latin-1.
   std::optional<RunningApplication> applicationFor(std::string_view windowClass, std::string_view instance);
+  // The entry of exactly this id, unless the user removed it. Valid until the next question.
+  const ApplicationEntry* entryOf(std::string_view id);
   std::size_t entryCount();
 
  private:

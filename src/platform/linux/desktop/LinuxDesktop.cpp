@@ -10,6 +10,7 @@
 
 #include "platform/linux/XdgPaths.h"
 #include "platform/linux/desktop/ApplicationEntryIndex.h"
+#include "platform/linux/desktop/DesktopApplicationIcons.h"
 #include "platform/linux/desktop/DesktopSources.h"
 #include "platform/linux/desktop/KWinForegroundApplication.h"
 #include "platform/linux/desktop/LogindSession.h"
@@ -93,6 +94,7 @@ struct LinuxDesktop::Parts {
   void connectEvents();
 
   ApplicationEntryIndex entries;
+  DesktopApplicationIcons icons{entries};
   BusConnection systemBus;
   BusConnection sessionBus;
   std::unique_ptr<WaylandConnection> wayland;
@@ -178,6 +180,9 @@ ScreenLockSources& LinuxDesktop::locks() {
 }
 SessionEvents& LinuxDesktop::events() {
   return *parts_->events;
+}
+ApplicationIcons& LinuxDesktop::applicationIcons() {
+  return parts_->icons;
 }
 
 }  // namespace quillmeter

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/Clock.h"
+#include "platform/ApplicationIcons.h"
 #include "platform/DescriptorWatcher.h"
 #include "platform/ForegroundApplication.h"
 #include "platform/InputIdle.h"
@@ -45,6 +46,7 @@ class LinuxDesktop {
   InputIdleSource& idle();
   ScreenLockSources& locks();
   SessionEvents& events();
+  ApplicationIcons& applicationIcons();
 
  private:
   struct Parts;
