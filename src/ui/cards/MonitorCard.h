@@ -9,6 +9,11 @@
 
 namespace quillmeter {
 
+// How much room a card has: half the panel's width, one column, two columns.
+enum class CardForm { compact, regular, wide };
+
+CardForm cardForm(DashboardCardSize size, ComponentPlacement placement);
+
 // The card of one component, in the dashboard or the popover. It reads the services and shows them; it hears their
 // changes only while it is visible, and paints only what changed. Texts are looked up anew on a change of language.
 class MonitorCard : public Card {
@@ -18,14 +23,21 @@ class MonitorCard : public Card {
   MonitorComponentKind kind() const { return kind_; }
   DashboardCardSize size() const { return size_; }
   ComponentPlacement placement() const { return placement_; }
+  CardForm form() const { return cardForm(size_, placement_); }
+  // Sets every text and value, so that the size is known before the card is shown.
+  void prepare();
 
  protected:
   // Shows the services' present values; called when shown, after each change of what subscribe() named, and on a
-  // change of language.
+  // change of language or palette.
   virtual void refresh() = 0;
   // The changes this card is about, each calling `changed`.
   virtual std::vector<Subscription> subscribe(std::function<void()> changed) = 0;
+  // The texts that no value changes; before refresh().
+  virtual void retranslate() {}
   const UiServices& services() const { return services_; }
+  // Names a part "card.cpu.<part>".
+  void name(QWidget* widget, const char* part) const;
 
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
@@ -36,6 +48,7 @@ class MonitorCard : public Card {
   const DashboardCardSize size_;
   const ComponentPlacement placement_;
   const UiServices& services_;
+  bool prepared_ = false;
   std::vector<Subscription> subscriptions_;
 };
 

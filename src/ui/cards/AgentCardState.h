@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "agents/model/AgentUsageSnapshot.h"
+
+namespace quillmeter {
+
+// What the agents' cards have to show, as far as the last scan tells.
+enum class AgentCardState {
+  disabled,      // the master switch is off
+  reading,       // no scan has ended yet
+  notConnected,  // there is no agent whose folder was given
+  measured
+};
+
+AgentCardState agentCardState(const AgentUsageSnapshot& snapshot, bool monitoringEnabled);
+
+// The same for the one agent that reports limits.
+AgentCardState codexCardState(const AgentUsageSnapshot& snapshot, bool monitoringEnabled);
+
+// What is left until `resetAt` and when that is: "02:05", "3 天 04:10"; both change only with the minute of the clock.
+// Absent when the moment is over.
+std::optional<std::string> timeLeftText(Date resetAt, Date now);
+
+}  // namespace quillmeter

@@ -1,0 +1,261 @@
+#include "ui/cards/AgentTokensCard.h"
+
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "base/Clock.h"
+#include "base/L10n.h"
+#include "core/MonitorStore.h"
+#include "core/model/MetricFormatter.h"
+#include "preferences/PreferenceStore.h"
+#include "preferences/SettingsKeys.h"
+#include "ui/AppActions.h"
+#include "ui/cards/AgentCardState.h"
+#include "ui/cards/BusyIndicator.h"
+#include "ui/cards/ConnectPrompt.h"
+#include "ui/cards/FactList.h"
+#include "ui/cards/MiniBars.h"
+#include "ui/cards/UsageBars.h"
+#include "ui/theme/QtText.h"
+#include "ui/widgets/BarChart.h"
+#include "ui/widgets/Paragraph.h"
+#include "ui/widgets/SegmentedControl.h"
+
+namespace quillmeter {
+
+namespace {
+
+constexpr int largeFactsWidth = 168;
+constexpr int panelChartHeight = 108;
+
+}  // namespace
+
+AgentTokensCard::AgentTokensCard(DashboardCardSize size, ComponentPlacement placement, const UiServices& services,
+                                 QWidget* parent)
+    : MonitorCard(MonitorComponentKind::agentTokens, size, placement, services, parent),
+      usage_(new QWidget(this)),
+      prompt_(new ConnectPrompt(
+          form() == CardForm::compact, objectName(), [&actions = services.actions] { actions.showSettings("agents"); },
+          this)) {
+  buildHeader();
+  buildFacts();
+  if (isLarge()) {
+    buildLargeUsage();
+  } else {
+    buildUsage();
+  }
+  content()->addWidget(usage_, 1);
+  content()->addWidget(prompt_);
+  if (form() != CardForm::compact) buildMessage();
+}
+
+void AgentTokensCard::buildHeader() {
+  busy_ = new BusyIndicator(services().timers, this);
+  name(busy_, "scanning");
+  addHeaderControl(busy_);
+  if (!isLarge()) return;
+  ranges_ = new SegmentedControl(this);
+  name(ranges_, "range");
+  ranges_->setHandler([this](const std::string& id) { choose(id); });
+  addHeaderControl(ranges_);
+}
+
+void AgentTokensCard::buildFacts() {
+  total_ = new FigureLabel(isLarge() ? TextRole::largeFigure : TextRole::figure, TextTone::primary, usage_);
+  name(total_, "total");
+  if (form() == CardForm::compact) return;
+  facts_ = new FactList(usage_);
+  input_ = facts_->add(QStringLiteral("card.agentTokens.input"));
+  output_ = facts_->add(QStringLiteral("card.agentTokens.output"));
+  cached_ = facts_->add(QStringLiteral("card.agentTokens.cached"));
+  hits_ = facts_->add(QStringLiteral("card.agentTokens.hitRate"));
+}
+
+void AgentTokensCard::buildUsage() {
+  miniBars_ = new MiniBars(usage_);
+  miniBars_->setTint(std::string(quillmeter::tint(kind())));
+  auto* column = new QVBoxLayout(usage_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(form() == CardForm::compact ? 6 : 8);
+  if (form() == CardForm::compact) {
+    column->addWidget(total_);
+    column->addWidget(miniBars_, 1);
+    return;
+  }
+  auto* row = new QHBoxLayout;
+  row->setSpacing(16);
+  miniBars_->setFixedHeight(34);
+  row->addWidget(total_);
+  row->addWidget(miniBars_, 1);
+  column->addLayout(row);
+  column->addWidget(facts_);
+  column->addStretch();
+}
+
+// Two columns in the dashboard; in the panel the chart stands below the figures.
+void AgentTokensCard::buildLargeUsage() {
+  chart_ = new BarChart(usage_);
+  chart_->setTint(std::string(quillmeter::tint(kind())));
+  chart_->setScaleText([](double value) { return qtText(MetricFormatter::tokens(static_cast<std::int64_t>(value))); });
+  name(chart_, "chart");
+  const bool isWide = form() == CardForm::wide;
+  auto* figures = isWide ? static_cast<QBoxLayout*>(new QVBoxLayout) : new QHBoxLayout;
+  figures->setSpacing(isWide ? 10 : 20);
+  figures->addWidget(total_, 0, isWide ? Qt::Alignment() : Qt::AlignVCenter);
+  if (isWide) {
+    facts_->setFixedWidth(largeFactsWidth);
+    figures->addWidget(facts_);
+    figures->addStretch();
+  } else {
+    figures->addWidget(facts_, 1);
+    chart_->setFixedHeight(panelChartHeight);
+  }
+  auto* layout = isWide ? static_cast<QBoxLayout*>(new QHBoxLayout(usage_)) : new QVBoxLayout(usage_);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(isWide ? 24 : 12);
+  layout->addLayout(figures);
+  layout->addWidget(chart_, 1);
+}
+
+void AgentTokensCard::buildMessage() {
+  messageLine_ = new QWidget(this);
+  message_ = new Paragraph(TextRole::caption, TextTone::secondary, messageLine_);
+  name(message_, "message");
+  connect_ = new QPushButton(messageLine_);
+  name(connect_, "connect");
+  connect(connect_, &QPushButton::clicked, this, [this] { this->services().actions.showSettings("agents"); });
+  auto* row = new QHBoxLayout(messageLine_);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(12);
+  row->addWidget(message_, 1);
+  row->addWidget(connect_, 0, Qt::AlignVCenter);
+  messageLine_->hide();
+  content()->addWidget(messageLine_);
+}
+
+void AgentTokensCard::retranslate() {
+  busy_->setDescription(qtText(QM_TR("正在读取本地 Agent 日志")));
+  if (ranges_ != nullptr) {
+    std::vector<SegmentedControl::Segment> segments;
+    for (const AgentUsageRange each : allAgentUsageRanges) {
+      segments.push_back({std::string(rawValue(each)), qtText(title(each))});
+    }
+    ranges_->setSegments(std::move(segments));
+    ranges_->setAccessibleName(qtText(QM_TR("统计范围")));
+  }
+  if (facts_ != nullptr) {
+    facts_->setLabel(input_, qtText(QM_TR("输入")));
+    facts_->setLabel(output_, qtText(QM_TR("输出")));
+    facts_->setLabel(cached_, qtText(QM_TR("缓存")));
+    facts_->setLabel(hits_, qtText(QM_TR("缓存命中")));
+  }
+  if (connect_ != nullptr) connect_->setText(qtText(QM_TR("去连接")));
+  if (chart_ != nullptr) chart_->setEmptyText(qtText(QM_TR("这段时间没有用量")));
+}
+
+AgentUsageRange AgentTokensCard::range() const {
+  return agentUsageRangeFromRawValue(services().preferences.value(SettingsKeys::agentUsageRange))
+      .value_or(AgentUsageRange::today);
+}
+
+void AgentTokensCard::choose(const std::string& range) {
+  const auto stored = services().preferences.set(SettingsKeys::agentUsageRange.key, PreferenceValue(range));
+  if (!stored) services().actions.preferenceFailed(stored.error());
+}
+
+void AgentTokensCard::refresh() {
+  const AgentUsageSnapshot& agents = services().store.agents();
+  const bool isEnabled = services().preferences.value(SettingsKeys::tokenMonitoringEnabled);
+  const AgentCardState state = agentCardState(agents, isEnabled);
+  const bool isMeasured = state == AgentCardState::measured || state == AgentCardState::reading;
+  busy_->setBusy(isEnabled && services().store.isRefreshingAgents());
+  usage_->setVisible(isMeasured);
+  if (ranges_ != nullptr) {
+    ranges_->setVisible(isMeasured);
+    ranges_->setChosen(std::string(rawValue(range())));
+  } else {
+    setHeaderNote(isMeasured ? qtText(title(range())) : QString());
+  }
+  if (isMeasured) {
+    prompt_->hide();
+    showUsage(agents);
+  } else {
+    showPrompt(state != AgentCardState::disabled);
+  }
+  showMessage(agents);
+}
+
+void AgentTokensCard::showPrompt(bool isEnabled) {
+  if (isEnabled) {
+    prompt_->show(qtText(QM_TR("连接 Agent 的日志文件夹后，在这里显示 Token 用量。")), qtText(QM_TR("连接 Agent")));
+  } else {
+    prompt_->show(qtText(QM_TR("Agent Token 监控已关闭")), qtText(QM_TR("打开设置")));
+  }
+}
+
+void AgentTokensCard::showUsage(const AgentUsageSnapshot& agents) {
+  const AgentTokenMetrics& metrics = agents.metrics(range());
+  const bool isKnown = agents.lastUpdated > Date::distantPast();
+  const auto text = [isKnown](std::int64_t count) {
+    return isKnown ? qtText(MetricFormatter::tokens(count)) : QStringLiteral("—");
+  };
+  total_->setText(text(metrics.totalTokens));
+  const QString accessible = QStringLiteral("%1 %2 Token").arg(qtText(title(range())), total_->text());
+  if (total_->accessibleName() != accessible) total_->setAccessibleName(accessible);
+  if (facts_ != nullptr) {
+    facts_->setValue(input_, text(metrics.inputTokens));
+    facts_->setValue(output_, text(metrics.outputTokens));
+    facts_->setValue(cached_, text(metrics.cachedTokens));
+    const auto hitRate = metrics.cacheHitRate();
+    if (form() == CardForm::wide) {
+      facts_->setValue(hits_, hitRate ? qtText(MetricFormatter::percent(*hitRate)) : QStringLiteral("—"));
+    }
+  }
+  showBars(agents);
+}
+
+void AgentTokensCard::showBars(const AgentUsageSnapshot& agents) {
+  const Date now = services().clock.now();
+  std::vector<ChartBar> bars = usageBars(agents.buckets(range()), range(), now, services().currentCalendar());
+  if (chart_ != nullptr) {
+    chart_->setBars(std::move(bars));
+    return;
+  }
+  std::vector<double> values;
+  std::optional<std::size_t> current;
+  for (std::size_t index = 0; index < bars.size(); ++index) {
+    values.push_back(bars[index].value);
+    if (bars[index].isCurrent) current = index;
+  }
+  miniBars_->setValues(std::move(values), current);
+}
+
+// Where there is no room for the sentence it is the card's tooltip.
+void AgentTokensCard::showMessage(const AgentUsageSnapshot& agents) {
+  const bool isShown = !usage_->isHidden() && agents.scanStatus.has_value();
+  const QString text = isShown ? qtText(*agents.scanMessage(services().conventions())) : QString();
+  if (messageLine_ == nullptr) {
+    if (toolTip() == text) return;
+    setToolTip(text);
+    setAccessibleDescription(text);
+    return;
+  }
+  if (isShown) {
+    const AgentScanStatus::Kind what = agents.scanStatus->kind;
+    message_->setTone(what == AgentScanStatus::Kind::incompleteLogs ? TextTone::warning : TextTone::secondary);
+    connect_->setVisible(what == AgentScanStatus::Kind::missingAuthorization);
+    if (message_->text() != text) message_->setText(text);
+  }
+  messageLine_->setVisible(isShown);
+}
+
+std::vector<Subscription> AgentTokensCard::subscribe(std::function<void()> changed) {
+  std::vector<Subscription> subscriptions;
+  subscriptions.push_back(services().store.onAgentsChange(changed));
+  subscriptions.push_back(services().store.onActivityChange(changed));
+  subscriptions.push_back(services().preferences.onChange(
+      [changed = std::move(changed)](const std::vector<std::string>&, PreferenceChangeOrigin) { changed(); }));
+  return subscriptions;
+}
+
+}  // namespace quillmeter

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <optional>
+
+#include "agents/model/AgentUsageSnapshot.h"
+#include "ui/cards/MonitorCard.h"
+
+class QPushButton;
+
+namespace quillmeter {
+
+class BarChart;
+class BusyIndicator;
+class ConnectPrompt;
+class FactList;
+class FigureLabel;
+class MiniBars;
+class Paragraph;
+class SegmentedControl;
+
+// Tokens of the range that the user looks at, with their course by hour or day and what the scan has to say. Without
+// anything to count it says why and leads to the settings.
+class AgentTokensCard : public MonitorCard {
+ public:
+  AgentTokensCard(DashboardCardSize size, ComponentPlacement placement, const UiServices& services, QWidget* parent);
+
+ protected:
+  void refresh() override;
+  std::vector<Subscription> subscribe(std::function<void()> changed) override;
+  void retranslate() override;
+
+ private:
+  bool isLarge() const { return size() == DashboardCardSize::large; }
+  void buildHeader();
+  void buildFacts();
+  void buildUsage();
+  void buildLargeUsage();
+  void buildMessage();
+  AgentUsageRange range() const;
+  void choose(const std::string& range);
+  void showPrompt(bool isEnabled);
+  void showUsage(const AgentUsageSnapshot& agents);
+  void showBars(const AgentUsageSnapshot& agents);
+  void showMessage(const AgentUsageSnapshot& agents);
+
+  BusyIndicator* busy_ = nullptr;
+  SegmentedControl* ranges_ = nullptr;
+  QWidget* usage_;
+  FigureLabel* total_ = nullptr;
+  FactList* facts_ = nullptr;
+  int input_ = 0;
+  int output_ = 0;
+  int cached_ = 0;
+  int hits_ = 0;
+  MiniBars* miniBars_ = nullptr;
+  BarChart* chart_ = nullptr;
+  QWidget* messageLine_ = nullptr;
+  Paragraph* message_ = nullptr;
+  QPushButton* connect_ = nullptr;
+  ConnectPrompt* prompt_;
+};
+
+}  // namespace quillmeter

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "quickstatus/model/QuickStatusSnapshot.h"
+#include "ui/cards/MonitorCard.h"
+
+class QBoxLayout;
+class QComboBox;
+
+namespace quillmeter {
+
+class FigureLabel;
+class HardwareSlider;
+class Paragraph;
+class SymbolButton;
+class SymbolView;
+
+// The sound output: which device it is, its volume, balance and mute, and what it does not let a program change.
+class AudioCard : public MonitorCard {
+ public:
+  AudioCard(DashboardCardSize size, ComponentPlacement placement, const UiServices& services, QWidget* parent);
+
+ protected:
+  void refresh() override;
+  std::vector<Subscription> subscribe(std::function<void()> changed) override;
+  void retranslate() override;
+
+ private:
+  void buildDevice();
+  void buildVolume();
+  void buildBalance();
+  void arrange();
+  void chooseOutput(int index);
+  void showDevices(const QuickStatusSnapshot& quick);
+  void showVolume(const QuickStatusSnapshot& quick);
+  void showBalance(const QuickStatusSnapshot& quick);
+  void showMessages(const QuickStatusSnapshot& quick);
+  void showSliderTexts();
+
+  SymbolView* symbol_ = nullptr;
+  QComboBox* devices_ = nullptr;
+  SymbolButton* mute_ = nullptr;
+  HardwareSlider* volume_ = nullptr;
+  FigureLabel* volumeText_ = nullptr;
+  QWidget* balanceLine_ = nullptr;
+  FigureLabel* balanceLabel_ = nullptr;
+  HardwareSlider* balance_ = nullptr;
+  FigureLabel* balanceText_ = nullptr;
+  Paragraph* message_ = nullptr;
+  Paragraph* error_ = nullptr;
+  std::vector<QuickAudioDevice> listed_;
+  std::optional<std::uint32_t> balancedDevice_;
+};
+
+}  // namespace quillmeter

@@ -1,0 +1,94 @@
+#include "ui/cards/FactList.h"
+
+#include <algorithm>
+
+#include <QGridLayout>
+
+namespace quillmeter {
+
+namespace {
+
+constexpr int lineSpacing = 4;
+constexpr int labelSpacing = 8;
+constexpr int columnSpacing = 20;
+
+}  // namespace
+
+FactList::FactList(QWidget* parent, int columns) : QWidget(parent), grid_(new QGridLayout(this)), columns_(columns) {
+  grid_->setContentsMargins(0, 0, 0, 0);
+  grid_->setHorizontalSpacing(labelSpacing);
+  grid_->setVerticalSpacing(lineSpacing);
+  // Label, figure and a gap for each column but the last.
+  for (int column = 0; column < columns_; ++column) {
+    grid_->setColumnStretch(column * 3 + 1, 1);
+    if (column + 1 < columns_) grid_->setColumnMinimumWidth(column * 3 + 2, columnSpacing - 2 * labelSpacing);
+  }
+}
+
+int FactList::add(const QString& objectName) {
+  Fact fact{new FigureLabel(TextRole::body, TextTone::secondary, this),
+            new FigureLabel(TextRole::body, TextTone::primary, this)};
+  fact.value->setObjectName(objectName);
+  fact.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  fact.label->hide();
+  fact.value->hide();
+  facts_.push_back(fact);
+  return static_cast<int>(facts_.size()) - 1;
+}
+
+void FactList::setLabel(int fact, const QString& label) {
+  Fact& changed = facts_[static_cast<std::size_t>(fact)];
+  if (changed.label->text() == label) return;
+  changed.label->setText(label);
+  describe(changed);
+}
+
+void FactList::setValue(int fact, const QString& value) {
+  Fact& changed = facts_[static_cast<std::size_t>(fact)];
+  if (changed.value->text() != value) {
+    changed.value->setText(value);
+    describe(changed);
+  }
+  setShown(changed, true);
+}
+
+void FactList::setKnownValue(int fact, const QString& value) {
+  if (value.isEmpty() || value == QStringLiteral("—")) {
+    setShown(facts_[static_cast<std::size_t>(fact)], false);
+  } else {
+    setValue(fact, value);
+  }
+}
+
+bool FactList::hasVisibleFacts() const {
+  return std::ranges::any_of(facts_, &Fact::isShown);
+}
+
+void FactList::describe(const Fact& fact) {
+  fact.value->setAccessibleName(QStringLiteral("%1 %2").arg(fact.label->text(), fact.value->text()));
+}
+
+void FactList::setShown(Fact& fact, bool isShown) {
+  if (fact.isShown == isShown) return;
+  fact.isShown = isShown;
+  fact.label->setVisible(isShown);
+  fact.value->setVisible(isShown);
+  place();
+}
+
+// What is shown moves up, so that no line is left empty.
+void FactList::place() {
+  int position = 0;
+  for (const Fact& fact : facts_) {
+    grid_->removeWidget(fact.label);
+    grid_->removeWidget(fact.value);
+    if (!fact.isShown) continue;
+    const int line = position / columns_;
+    const int column = position % columns_ * 3;
+    grid_->addWidget(fact.label, line, column);
+    grid_->addWidget(fact.value, line, column + 1);
+    ++position;
+  }
+}
+
+}  // namespace quillmeter

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+
+#include "ui/cards/MonitorCard.h"
+
+namespace quillmeter {
+
+class FactList;
+class FigureLabel;
+class LevelSteps;
+
+// How warm the machine runs, in the system's own four levels; fan speed and temperature where they are known.
+class FanCard : public MonitorCard {
+ public:
+  FanCard(DashboardCardSize size, ComponentPlacement placement, const UiServices& services, QWidget* parent);
+
+ protected:
+  void refresh() override;
+  std::vector<Subscription> subscribe(std::function<void()> changed) override;
+  void retranslate() override;
+
+ private:
+  void buildFacts();
+
+  FigureLabel* state_;
+  LevelSteps* steps_;
+  FigureLabel* note_;
+  FactList* facts_ = nullptr;
+  int temperature_ = 0;
+  int speed_ = 0;
+};
+
+}  // namespace quillmeter

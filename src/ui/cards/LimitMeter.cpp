@@ -1,0 +1,137 @@
+#include "ui/cards/LimitMeter.h"
+
+#include <QVBoxLayout>
+
+#include "base/L10n.h"
+#include "core/model/MetricFormatter.h"
+#include "core/model/UnitInterval.h"
+#include "ui/cards/AgentCardState.h"
+#include "ui/theme/QtText.h"
+#include "ui/theme/ThemeColors.h"
+#include "ui/widgets/FigureLabel.h"
+#include "ui/widgets/LevelBar.h"
+#include "ui/widgets/RingGauge.h"
+
+namespace quillmeter {
+
+namespace {
+
+constexpr double warningFraction = 0.80;
+constexpr double dangerFraction = 0.95;
+constexpr int ringDiameter = 84;
+
+TextTone toneOf(double fraction) {
+  if (fraction >= dangerFraction) return TextTone::danger;
+  return fraction >= warningFraction ? TextTone::warning : TextTone::primary;
+}
+
+std::string tintOf(double fraction, const std::string& usual, const QPalette& palette) {
+  const ThemeColors& colors = ThemeColors::of(palette);
+  if (fraction < warningFraction) return usual;
+  const QColor& color = fraction >= dangerFraction ? colors.danger : colors.warning;
+  return color.name(QColor::HexRgb).mid(1).toStdString();
+}
+
+// "14:30", with the day before it where that is another one.
+QString clockText(Date date, Date now, const Calendar& calendar) {
+  const CalendarTime time = calendar.components(date);
+  const QString clock =
+      QStringLiteral("%1:%2").arg(time.hour, 2, 10, QLatin1Char('0')).arg(time.minute, 2, 10, QLatin1Char('0'));
+  if (time.day == calendar.components(now).day) return clock;
+  return QStringLiteral("%1-%2 %3")
+      .arg(time.day.month, 2, 10, QLatin1Char('0'))
+      .arg(time.day.day, 2, 10, QLatin1Char('0'))
+      .arg(clock);
+}
+
+}  // namespace
+
+LimitMeter::LimitMeter(CardForm form, std::string tint, const QString& objectName, QWidget* parent)
+    : QWidget(parent),
+      form_(form),
+      tint_(std::move(tint)),
+      title_(new FigureLabel(form == CardForm::wide ? TextRole::strong : TextRole::body,
+                             form == CardForm::wide ? TextTone::primary : TextTone::secondary, this)),
+      reset_(new FigureLabel(form == CardForm::wide ? TextRole::body : TextRole::caption, TextTone::secondary, this)) {
+  reset_->setObjectName(objectName + QStringLiteral(".reset"));
+  if (form == CardForm::wide) {
+    buildRing(objectName);
+  } else {
+    buildLine(form, objectName);
+  }
+}
+
+void LimitMeter::buildRing(const QString& objectName) {
+  ring_ = new RingGauge(this);
+  ring_->setDiameter(ringDiameter);
+  ring_->setTint(tint_);
+  ring_->setObjectName(objectName + QStringLiteral(".used"));
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(16);
+  row->addWidget(ring_, 0, Qt::AlignVCenter);
+  auto* column = new QVBoxLayout;
+  column->setSpacing(4);
+  column->addStretch();
+  column->addWidget(title_);
+  column->addWidget(reset_);
+  column->addStretch();
+  row->addLayout(column, 1);
+}
+
+void LimitMeter::buildLine(CardForm form, const QString& objectName) {
+  figure_ = new FigureLabel(TextRole::strong, TextTone::primary, this);
+  figure_->setObjectName(objectName + QStringLiteral(".used"));
+  figure_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  level_ = new LevelBar(this);
+  level_->setTint(tint_);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(form == CardForm::compact ? 3 : 5);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(8);
+  row->addWidget(title_);
+  row->addWidget(figure_, 1);
+  column->addLayout(row);
+  column->addWidget(level_);
+  column->addWidget(reset_);
+}
+
+void LimitMeter::setTitle(const QString& title) {
+  title_->setText(title);
+}
+
+QString LimitMeter::resetText(std::optional<Date> resetAt, Date now, const Calendar& calendar) const {
+  if (!resetAt) return QStringLiteral("—");
+  const std::optional<std::string> left = timeLeftText(*resetAt, now);
+  if (!left) return qtText(QM_TR("窗口已重置"));
+  if (form_ == CardForm::compact) return qtText(L10n::format(QM_TR("%@ 后重置"), {*left}));
+  const std::string clock = clockText(*resetAt, now, calendar).toStdString();
+  return qtText(L10n::format(QM_TR("%@ 后重置 · %@"), {*left, clock}));
+}
+
+void LimitMeter::show(std::optional<double> used, std::optional<Date> resetAt, Date now, const Calendar& calendar) {
+  // What was used before the window began anew says nothing of the new one.
+  const bool isOver = used && resetAt && *resetAt <= now;
+  const double fraction = clampToUnit(used.value_or(0));
+  const QString text = used ? qtText(MetricFormatter::percent(fraction)) : QStringLiteral("—");
+  const QString reset = used ? resetText(resetAt, now, calendar) : qtText(QM_TR("暂无记录"));
+  const std::string tint = isOver ? tint_ : tintOf(fraction, tint_, palette());
+  const std::optional<double> shown = used && !isOver ? std::optional(fraction) : std::nullopt;
+  reset_->setText(reset);
+  if (ring_ != nullptr) {
+    ring_->setTint(tint);
+    ring_->setFraction(shown);
+    ring_->setText(isOver ? QStringLiteral("—") : text);
+    ring_->setAccessibleName(title_->text());
+    return;
+  }
+  level_->setTint(tint);
+  level_->setFraction(shown);
+  figure_->setTone(isOver ? TextTone::tertiary : toneOf(fraction));
+  figure_->setText(isOver ? QStringLiteral("—") : text);
+  const QString accessible = QStringLiteral("%1 %2").arg(title_->text(), figure_->text());
+  if (figure_->accessibleName() != accessible) figure_->setAccessibleName(accessible);
+}
+
+}  // namespace quillmeter

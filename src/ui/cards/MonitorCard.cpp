@@ -1,0 +1,52 @@
+#include "ui/cards/MonitorCard.h"
+
+#include <QEvent>
+
+#include "ui/theme/QtText.h"
+
+namespace quillmeter {
+
+CardForm cardForm(DashboardCardSize size, ComponentPlacement placement) {
+  const bool small = size == DashboardCardSize::small;
+  if (placement == ComponentPlacement::menuBar) return small ? CardForm::compact : CardForm::regular;
+  return small ? CardForm::regular : CardForm::wide;
+}
+
+MonitorCard::MonitorCard(MonitorComponentKind kind, DashboardCardSize size, ComponentPlacement placement,
+                         const UiServices& services, QWidget* parent)
+    : Card(parent), kind_(kind), size_(size), placement_(placement), services_(services) {
+  setObjectName(QStringLiteral("card.") + qtText(rawValue(kind)));
+}
+
+void MonitorCard::name(QWidget* widget, const char* part) const {
+  widget->setObjectName(objectName() + QLatin1Char('.') + QLatin1String(part));
+}
+
+void MonitorCard::prepare() {
+  prepared_ = true;
+  setHeader(std::string(symbol(kind_)), std::string(quillmeter::tint(kind_)), qtText(title(kind_)));
+  retranslate();
+  refresh();
+}
+
+void MonitorCard::showEvent(QShowEvent* event) {
+  Card::showEvent(event);
+  if (!subscriptions_.empty()) return;
+  if (!prepared_) prepare();
+  subscriptions_ = subscribe([this] { refresh(); });
+  refresh();
+}
+
+void MonitorCard::hideEvent(QHideEvent* event) {
+  Card::hideEvent(event);
+  subscriptions_.clear();
+}
+
+void MonitorCard::changeEvent(QEvent* event) {
+  Card::changeEvent(event);
+  if (!prepared_) return;
+  if (event->type() == QEvent::LanguageChange) prepare();
+  if (event->type() == QEvent::PaletteChange) refresh();
+}
+
+}  // namespace quillmeter

@@ -1,0 +1,89 @@
+#include "ui/cards/NetworkCard.h"
+
+#include <QVBoxLayout>
+
+#include "base/L10n.h"
+#include "core/MonitorStore.h"
+#include "ui/cards/FactList.h"
+#include "ui/theme/QtText.h"
+#include "ui/widgets/FigureLabel.h"
+#include "ui/widgets/Sparkline.h"
+
+namespace quillmeter {
+
+namespace {
+
+constexpr int arrowSpacing = 6;
+constexpr int sectionSpacing = 24;
+
+}  // namespace
+
+NetworkCard::NetworkCard(DashboardCardSize size, ComponentPlacement placement, const UiServices& services,
+                         QWidget* parent)
+    : MonitorCard(MonitorComponentKind::network, size, placement, services, parent), history_(new Sparkline(this)) {
+  name(history_, "history");
+  history_->setTint(std::string(quillmeter::tint(kind())));
+  const bool isCompact = form() == CardForm::compact;
+  QBoxLayout* row = isCompact ? static_cast<QBoxLayout*>(new QVBoxLayout) : new QHBoxLayout;
+  row->setSpacing(isCompact ? 6 : form() == CardForm::wide ? sectionSpacing : 14);
+  auto* rates = new QVBoxLayout;
+  rates->setSpacing(isCompact ? 2 : 6);
+  down_ = addRate(rates, "↓", "down");
+  up_ = addRate(rates, "↑", "up");
+  row->addLayout(rates);
+  row->addWidget(history_, 1);
+  content()->addLayout(row, 1);
+  if (isCompact) return;
+  facts_ = new FactList(this);
+  address_ = facts_->add(QStringLiteral("card.network.address"));
+  content()->addWidget(facts_);
+}
+
+NetworkCard::Rate NetworkCard::addRate(QBoxLayout* layout, const char* arrow, const char* part) {
+  auto* line = new QHBoxLayout;
+  line->setSpacing(arrowSpacing);
+  auto* sign = new FigureLabel(TextRole::strong, TextTone::secondary, this);
+  sign->setText(QString::fromUtf8(arrow));
+  sign->setTint(std::string(quillmeter::tint(kind())));
+  line->addWidget(sign);
+  Rate rate;
+  if (form() == CardForm::wide) {
+    rate.label = new FigureLabel(TextRole::body, TextTone::secondary, this);
+    line->addWidget(rate.label);
+  }
+  rate.value = new FigureLabel(form() == CardForm::wide ? TextRole::figure : TextRole::strong, TextTone::primary, this);
+  rate.value->setWidestText(QStringLiteral("1023.9 MB/s"));
+  if (form() == CardForm::wide) rate.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  name(rate.value, part);
+  line->addWidget(rate.value);
+  line->addStretch();
+  layout->addLayout(line);
+  return rate;
+}
+
+void NetworkCard::retranslate() {
+  if (facts_ != nullptr) facts_->setLabel(address_, qtText(QM_TR("本机地址")));
+}
+
+void NetworkCard::show(const Rate& rate, const QString& name, const std::string& value) {
+  if (rate.label != nullptr) rate.label->setText(name);
+  const QString accessible = QStringLiteral("%1 %2").arg(name, qtText(value));
+  rate.value->setText(qtText(value));
+  if (rate.value->accessibleName() != accessible) rate.value->setAccessibleName(accessible);
+}
+
+void NetworkCard::refresh() {
+  const SystemSnapshot& system = services().store.system();
+  show(down_, qtText(QM_TR("下载")), system.downloadSpeed);
+  show(up_, qtText(QM_TR("上传")), system.uploadSpeed);
+  history_->setValues(services().store.networkHistory().values());
+  if (facts_ != nullptr) facts_->setValue(address_, qtText(system.networkIP));
+}
+
+std::vector<Subscription> NetworkCard::subscribe(std::function<void()> changed) {
+  std::vector<Subscription> subscriptions;
+  subscriptions.push_back(services().store.onSystemChange(std::move(changed)));
+  return subscriptions;
+}
+
+}  // namespace quillmeter
