@@ -55,40 +55,58 @@ bool AgentLogAccessManager::looksInstalled(AgentLogProvider provider) const {
   return isInstalled(provider, places_, probe_, applications_);
 }
 
-std::optional<AgentLogLocation> AgentLogAccessManager::location(AgentLogProvider provider) {
-  const std::lock_guard lock(mutex_);
-  return locationLocked(provider);
+std::optional<fs::path> AgentLogAccessManager::grantedFolder(AgentLogProvider provider) const {
+  const auto stored = defaults_.data(bookmarkKey(provider));
+  return stored ? std::optional(fs::path(*stored)) : std::nullopt;
 }
 
-std::optional<AgentLogLocation> AgentLogAccessManager::locationLocked(AgentLogProvider provider) {
-  if (const auto cached = cachedLocations_.find(provider); cached != cachedLocations_.end()) return cached->second;
-  if (declinedProviders_.contains(provider)) return std::nullopt;
+std::optional<AgentLogLocation> AgentLogAccessManager::location(AgentLogProvider provider) {
   const std::string key = bookmarkKey(provider);
-  const auto stored = defaults_.data(key);
-  if (!stored) return std::nullopt;
+  for (;;) {
+    std::unique_lock lock(mutex_);
+    if (const auto cached = cachedLocations_.find(provider); cached != cachedLocations_.end()) return cached->second;
+    if (isDeclined(provider)) return std::nullopt;
+    const auto stored = defaults_.data(key);
+    if (!stored) return std::nullopt;
+    const std::uint64_t generation = generation_;
+    lock.unlock();
+    auto found = resolve(provider, *stored);
+    lock.lock();
+    if (generation != generation_) continue;
+    if (!found) {
+      forgetUnavailableBookmark(provider);
+      return std::nullopt;
+    }
+    // A grant is stale when it is not written as this program writes it ("~", "..", a slash at the end); where it
+    // cannot be rewritten it works as it is. Links in it stay: their names are the user's, and the name is checked each
+    // time.
+    if (found->selectedURL.native() != *stored) (void)defaults_.setData(key, found->selectedURL.native());
+    return cachedLocations_.insert_or_assign(provider, std::move(*found)).first->second;
+  }
+}
 
+// Absent for a grant that cannot be used.
+std::optional<AgentLogLocation> AgentLogAccessManager::resolve(AgentLogProvider provider,
+                                                               const std::string& stored) const {
   // A relative path means another folder in each program that reads it.
-  const bool isAbsolute = stored->starts_with('/') || *stored == "~" || stored->starts_with("~/");
-  const auto folder = isAbsolute ? normalizedFolder(*stored, places_.homeDirectory, probe_) : std::nullopt;
-  if (!folder || !probe_.isDirectory(*folder)) {
-    forgetUnavailableBookmark(provider);
-    return std::nullopt;
-  }
+  const bool isAbsolute = stored.starts_with('/') || stored == "~" || stored.starts_with("~/");
+  const auto folder = isAbsolute ? normalizedFolder(stored, places_.homeDirectory, probe_) : std::nullopt;
+  if (!folder || !probe_.isDirectory(*folder)) return std::nullopt;
   auto root = scanRoot(provider, *folder, probe_);
-  if (!root || !probe_.isReadable(*root)) {
-    forgetUnavailableBookmark(provider);
-    return std::nullopt;
-  }
-  // A grant is stale when it is not written as this program writes it ("~", "..", a slash at the end); where it cannot
-  // be rewritten it works as it is. Links in it stay: their names are the user's, and the name is checked each time.
-  if (folder->native() != *stored) (void)defaults_.setData(key, folder->native());
-  return cachedLocations_.insert_or_assign(provider, AgentLogLocation{*folder, std::move(*root)}).first->second;
+  if (!root || !probe_.isReadable(*root)) return std::nullopt;
+  return AgentLogLocation{*folder, std::move(*root)};
 }
 
 void AgentLogAccessManager::forgetUnavailableBookmark(AgentLogProvider provider) {
-  (void)defaults_.remove(bookmarkKey(provider));
+  declined_ |= bit(provider);
   cachedLocations_.erase(provider);
-  declinedProviders_.insert(provider);
+  (void)defaults_.remove(bookmarkKey(provider));
+}
+
+void AgentLogAccessManager::forgetWhatIsKnown(AgentLogProvider provider) {
+  ++generation_;
+  cachedLocations_.erase(provider);
+  declined_ &= ~bit(provider);
 }
 
 void AgentLogAccessManager::requestAccess(AgentLogProvider provider, std::optional<BatchProgress> batchProgress,
@@ -106,15 +124,16 @@ AgentLogAccessManager::Result AgentLogAccessManager::grantAccess(AgentLogProvide
   const auto folder = normalizedFolder(picked, places_.homeDirectory, probe_);
   if (!folder) return tl::unexpected(AgentLogAccessError::missingLogFolder(provider));
   if (const auto root = scanRoot(provider, *folder, probe_); !root) return tl::unexpected(root.error());
-  const std::lock_guard lock(mutex_);
-  if (!defaults_.setData(bookmarkKey(provider), folder->native())) {
-    return tl::unexpected(AgentLogAccessError::bookmarkCreationFailed());
+  {
+    const std::lock_guard lock(mutex_);
+    if (!defaults_.setData(bookmarkKey(provider), folder->native())) {
+      return tl::unexpected(AgentLogAccessError::bookmarkCreationFailed());
+    }
+    forgetWhatIsKnown(provider);
   }
-  cachedLocations_.erase(provider);
-  declinedProviders_.erase(provider);
-  auto location = locationLocked(provider);
-  if (!location) return tl::unexpected(AgentLogAccessError::bookmarkCreationFailed());
-  return std::move(*location);
+  auto granted = location(provider);
+  if (!granted) return tl::unexpected(AgentLogAccessError::bookmarkCreationFailed());
+  return std::move(*granted);
 }
 
 tl::expected<void, PreferenceProblem> AgentLogAccessManager::removeAccess(AgentLogProvider provider) {
@@ -122,8 +141,7 @@ tl::expected<void, PreferenceProblem> AgentLogAccessManager::removeAccess(AgentL
   {
     const std::lock_guard lock(mutex_);
     removed = defaults_.remove(bookmarkKey(provider));
-    cachedLocations_.erase(provider);
-    declinedProviders_.erase(provider);
+    forgetWhatIsKnown(provider);
   }
   accessRemovedObservers_.notify(rawValue(provider));
   return removed;
@@ -137,8 +155,7 @@ void AgentLogAccessManager::grantsChanged(const std::vector<std::string>& keys, 
     if (std::ranges::find(keys, key) == keys.end()) continue;
     {
       const std::lock_guard lock(mutex_);
-      cachedLocations_.erase(provider);
-      declinedProviders_.erase(provider);
+      forgetWhatIsKnown(provider);
     }
     if (!defaults_.data(key)) accessRemovedObservers_.notify(rawValue(provider));
   }

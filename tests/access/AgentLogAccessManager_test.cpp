@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
+#include <future>
 #include <thread>
 
 #include "platform/fake/InMemoryPreferenceDomain.h"
@@ -24,12 +25,22 @@ constexpr const char* codexKey = "settings.agentLogs.codex.bookmark.v2";
 class ForbiddingProbe final : public FolderProbe {
  public:
   bool exists(const fs::path& path) const override { return system_.exists(path); }
-  bool isDirectory(const fs::path& path) const override { return system_.isDirectory(path); }
+  bool isDirectory(const fs::path& path) const override {
+    if (path == hanging) {
+      asked.set_value();
+      answer.get_future().wait();
+      return false;
+    }
+    return system_.isDirectory(path);
+  }
   bool isReadable(const fs::path& path) const override { return path != forbidden && system_.isReadable(path); }
   bool isExecutableFile(const fs::path& path) const override { return system_.isExecutableFile(path); }
   std::optional<fs::path> canonical(const fs::path& path) const override { return system_.canonical(path); }
 
   fs::path forbidden;
+  fs::path hanging;  // asked once, answers with "no" when `answer` is set
+  mutable std::promise<void> asked;
+  mutable std::promise<void> answer;
 
  private:
   SystemFolderProbe system_;
@@ -240,6 +251,32 @@ TEST_F(AgentLogAccessManagerTest, theScanMayAskWhileTheMainThreadGrantsAndRemove
   }
   scan.join();
   EXPECT_EQ(manager.location(Provider::codex), std::nullopt);
+}
+
+TEST_F(AgentLogAccessManagerTest, aFolderThatDoesNotAnswerHoldsNobodyUpAndItsLateAnswerSpoilsNoNewGrant) {
+  const fs::path share = home.path() / "share" / ".codex";
+  ASSERT_TRUE(store.setData(codexKey, share.native()));
+  probe.hanging = share;
+  std::thread scan([&] { EXPECT_EQ(manager.location(Provider::codex), codexLocation); });
+  probe.asked.get_future().wait();
+
+  EXPECT_EQ(manager.grantedFolder(Provider::codex), share);
+  EXPECT_FALSE(manager.isDeclined(Provider::codex));
+  EXPECT_TRUE(manager.removeAccess(Provider::codex));
+  EXPECT_EQ(manager.grantedFolder(Provider::codex), std::nullopt);
+  EXPECT_TRUE(manager.grantAccess(Provider::codex, codex));
+  probe.answer.set_value();
+  scan.join();
+  EXPECT_EQ(stored(), codex.native());
+}
+
+TEST_F(AgentLogAccessManagerTest, anUnusableGrantCountsAsDeclinedUntilItIsGivenAnew) {
+  storeFromElsewhere(home.path() / "nowhere" / ".codex");
+  EXPECT_EQ(manager.location(Provider::codex), std::nullopt);
+  EXPECT_TRUE(manager.isDeclined(Provider::codex));
+  EXPECT_FALSE(manager.isDeclined(Provider::claude));
+  EXPECT_TRUE(manager.grantAccess(Provider::codex, codex));
+  EXPECT_FALSE(manager.isDeclined(Provider::codex));
 }
 
 }  // namespace
