@@ -12,9 +12,9 @@ namespace quillmeter {
 class Theme;
 
 // The program's item in the panel: draws the chosen style, again only when what it shows has changed, keeps the tooltip
-// with the figures, and turns clicks into wishes. It goes to the panel's message-bus tray (StatusNotifierItem) where one
-// shows items, else to the X11 tray; it follows trays that appear late, vanish or are replaced by another kind. One,
-// main thread.
+// with the figures, and turns clicks into wishes. It goes to the panel's message-bus tray (StatusNotifierItem) where
+// one shows items, else to the X11 tray; it follows trays that appear late, vanish or are replaced by another kind.
+// One, main thread.
 class TrayItem {
  public:
   // A tray that vanishes may be a panel that restarts; it is given so long to come back before it counts as gone.
@@ -23,7 +23,7 @@ class TrayItem {
   struct Handlers {
     std::function<void(const QRect& icon)> togglePopover;  // left click; where the icon is, empty when unknown
     std::function<void()> refresh;                         // middle click
-    // Called a first time when it is known whether there is a tray, shortly after show(), then at each change.
+    // A tray was found, in show() or later, or the last one has vanished for good.
     std::function<void(bool available)> availabilityChanged;
   };
 
