@@ -312,13 +312,13 @@ QIcon QuillStyle::standardIcon(StandardPixmap icon, const QStyleOption* option, 
   const ThemeColors& colors = ThemeColors::of(widget != nullptr ? widget->palette() : QApplication::palette());
   switch (icon) {
     case SP_MessageBoxInformation:
-      return messageIcon("info.circle.fill", colors.accent);
+      return messageIcon("info.circle", colors.accent);
     case SP_MessageBoxQuestion:
-      return messageIcon("questionmark.circle.fill", colors.accent);
+      return messageIcon("questionmark", colors.accent);
     case SP_MessageBoxWarning:
-      return messageIcon("exclamationmark.triangle.fill", colors.warning);
+      return messageIcon("exclamationmark.triangle", colors.warning);
     case SP_MessageBoxCritical:
-      return messageIcon("xmark.octagon.fill", colors.danger);
+      return messageIcon("xmark.circle", colors.danger);
     default:
       return QProxyStyle::standardIcon(icon, option, widget);
   }

@@ -24,6 +24,7 @@ class BarChart : public QWidget {
  public:
   explicit BarChart(QWidget* parent = nullptr);
   void setBars(std::vector<ChartBar> bars);
+  const std::vector<ChartBar>& bars() const { return bars_; }
   void setTint(std::string hex);
   // Text of a value for the scale's lines; none are labelled without it.
   void setScaleText(std::function<QString(double)> format);
@@ -46,6 +47,10 @@ class BarChart : public QWidget {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
+  class Painting;
+  void highlight(std::optional<int> index);
+  bool isEmpty() const;
+
   std::vector<ChartBar> bars_;
   std::string tint_;
   QString emptyText_;

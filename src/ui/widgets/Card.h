@@ -22,6 +22,8 @@ class Card : public QWidget {
   // Takes ownership; stands at the end of the header.
   void addHeaderControl(QWidget* control);
   QVBoxLayout* content() const { return content_; }
+  // Between the edge and what the card holds; 16 at first.
+  void setPadding(int points);
   const std::string& tint() const { return tint_; }
 
  protected:
@@ -29,6 +31,8 @@ class Card : public QWidget {
 
  private:
   class Header;
+  Header& header();
+
   std::string tint_;
   Header* header_ = nullptr;
   QVBoxLayout* content_ = nullptr;

@@ -13,6 +13,7 @@ class LevelBar : public QWidget {
   explicit LevelBar(QWidget* parent = nullptr);
   // 0 ... 1; absent draws the empty track.
   void setFraction(std::optional<double> fraction);
+  std::optional<double> fraction() const { return fraction_; }
   void setTint(std::string hex);
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -21,6 +22,9 @@ class LevelBar : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  // How many pixels of the device are filled; -1 without a fraction.
+  int filledPixels() const;
+
   std::optional<double> fraction_;
   std::string tint_;
 };

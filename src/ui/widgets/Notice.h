@@ -25,8 +25,11 @@ class Notice : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
+  void adopt();
+
   Kind kind_ = Kind::information;
   SymbolView* symbol_ = nullptr;
   Paragraph* text_ = nullptr;

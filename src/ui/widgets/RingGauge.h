@@ -15,6 +15,7 @@ class RingGauge : public QWidget {
 
   // 0 ... 1; absent draws the empty track.
   void setFraction(std::optional<double> fraction);
+  std::optional<double> fraction() const { return fraction_; }
   void setText(const QString& text);
   void setTint(std::string hex);
   // Edge length, at normal scale.
@@ -27,6 +28,11 @@ class RingGauge : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  double thickness() const;
+  // The filled part in the smallest steps that can be seen; -1 without a fraction.
+  int filledSteps() const;
+  int stepCount() const;
+
   std::optional<double> fraction_;
   QString text_;
   std::string tint_;

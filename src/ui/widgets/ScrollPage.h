@@ -13,6 +13,8 @@ class ScrollPage : public QScrollArea {
   explicit ScrollPage(int maximumWidth, QWidget* parent = nullptr);
   QVBoxLayout* column() const { return column_; }
 
+  static constexpr int margin = 24;  // around the column
+
  private:
   QVBoxLayout* column_ = nullptr;
 };

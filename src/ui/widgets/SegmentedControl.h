@@ -26,8 +26,16 @@ class SegmentedControl : public QWidget {
   // The user chose.
   void setHandler(std::function<void(const std::string& id)> handler) { handler_ = std::move(handler); }
 
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
  private:
+  class Button;
+  void rebuild();
+  void choose(const std::string& id);
+
   std::vector<Segment> segments_;
+  std::vector<Button*> buttons_;
   std::string chosen_;
   std::function<void(const std::string&)> handler_;
 };

@@ -22,6 +22,9 @@ class Sparkline : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  // The rows of pixels that the values stand on.
+  std::vector<int> rows() const;
+
   std::vector<double> values_;
   std::string tint_;
 };
