@@ -1,7 +1,6 @@
 #include "ui/cards/AudioCard.h"
 
 #include <QAbstractItemView>
-#include <QComboBox>
 #include <QVBoxLayout>
 
 #include "base/L10n.h"
@@ -9,6 +8,8 @@
 #include "quickstatus/QuickStatusMonitor.h"
 #include "ui/cards/HardwareSlider.h"
 #include "ui/theme/QtText.h"
+#include "ui/theme/ThemeColors.h"
+#include "ui/widgets/Chooser.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/Paragraph.h"
 #include "ui/widgets/SymbolButton.h"
@@ -42,11 +43,11 @@ AudioCard::AudioCard(DashboardCardSize size, ComponentPlacement placement, const
 
 void AudioCard::buildDevice() {
   symbol_ = new SymbolView("speaker.wave.2.fill", std::string(quillmeter::tint(kind())), symbolPoints, this);
-  devices_ = new QComboBox(this);
+  devices_ = new Chooser(this);
   name(devices_, "devices");
   devices_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   devices_->setMinimumContentsLength(4);
-  connect(devices_, &QComboBox::activated, this, [this](int index) { chooseOutput(index); });
+  devices_->setHandler([this](const std::string& id) { chooseOutput(id); });
 }
 
 void AudioCard::buildVolume() {
@@ -129,10 +130,11 @@ void AudioCard::retranslate() {
   balanceText_->setWidestText(widest);
 }
 
-void AudioCard::chooseOutput(int index) {
-  if (index < 0 || index >= static_cast<int>(listed_.size())) return;
-  const QuickAudioDevice& device = listed_[static_cast<std::size_t>(index)];
-  if (services().quickStatus.snapshot().output != device) services().quickStatus.selectOutput(device.id);
+void AudioCard::chooseOutput(const std::string& id) {
+  QuickStatusMonitor& monitor = services().quickStatus;
+  for (const QuickAudioDevice& device : monitor.snapshot().outputs) {
+    if (std::to_string(device.id) == id && monitor.snapshot().output != device) monitor.selectOutput(device.id);
+  }
 }
 
 void AudioCard::refresh() {
@@ -142,26 +144,20 @@ void AudioCard::refresh() {
   showBalance(quick);
   showMessages(quick);
   showSliderTexts();
+  tintSliders();
 }
 
 // An open list is left alone: it would close under the user's hand.
 void AudioCard::showDevices(const QuickStatusSnapshot& quick) {
   symbol_->setSymbol(quick.output ? std::string(quick.output->symbol()) : "speaker.slash.fill");
   if (devices_->view()->isVisible()) return;
-  std::vector<QuickAudioDevice> devices = quick.outputs;
-  if (devices.empty() && quick.output) devices.push_back(*quick.output);
-  if (devices != listed_) {
-    listed_ = std::move(devices);
-    devices_->clear();
-    for (const QuickAudioDevice& device : listed_) devices_->addItem(qtText(device.name));
-  }
-  int current = -1;
-  for (std::size_t index = 0; index < listed_.size(); ++index) {
-    if (quick.output && listed_[index].id == quick.output->id) current = static_cast<int>(index);
-  }
-  if (devices_->currentIndex() != current) devices_->setCurrentIndex(current);
-  devices_->setVisible(!listed_.empty());
-  devices_->setToolTip(devices_->currentText());
+  std::vector<Chooser::Choice> choices;
+  for (const QuickAudioDevice& device : quick.outputs)
+    choices.push_back({std::to_string(device.id), qtText(device.name)});
+  devices_->setVisible(!choices.empty());
+  devices_->setChoices(std::move(choices));
+  devices_->setChosen(quick.output ? std::to_string(quick.output->id) : std::string());
+  if (devices_->toolTip() != devices_->currentText()) devices_->setToolTip(devices_->currentText());
 }
 
 void AudioCard::showVolume(const QuickStatusSnapshot& quick) {
@@ -215,6 +211,17 @@ void AudioCard::showSliderTexts() {
                        : quick.volume              ? qtText(MetricFormatter::percent(volume_->value() / 100.0))
                                                    : QStringLiteral("—"));
   if (balanceText_ != nullptr) balanceText_->setText(qtText(sideText(balance_->value())));
+}
+
+// The style fills a slider in the palette's highlight colour.
+void AudioCard::tintSliders() {
+  const QColor color = ThemeColors::of(palette()).tint(quillmeter::tint(kind()));
+  for (HardwareSlider* slider : {volume_, balance_}) {
+    if (slider == nullptr || slider->palette().color(QPalette::Highlight) == color) continue;
+    QPalette tinted = slider->palette();
+    tinted.setColor(QPalette::Highlight, color);
+    slider->setPalette(tinted);
+  }
 }
 
 std::vector<Subscription> AudioCard::subscribe(std::function<void()> changed) {

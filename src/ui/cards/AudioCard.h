@@ -2,16 +2,16 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
-#include "quickstatus/model/QuickStatusSnapshot.h"
 #include "ui/cards/MonitorCard.h"
-
-class QBoxLayout;
-class QComboBox;
 
 namespace quillmeter {
 
+struct QuickStatusSnapshot;
+
+class Chooser;
 class FigureLabel;
 class HardwareSlider;
 class Paragraph;
@@ -33,15 +33,16 @@ class AudioCard : public MonitorCard {
   void buildVolume();
   void buildBalance();
   void arrange();
-  void chooseOutput(int index);
+  void chooseOutput(const std::string& id);
   void showDevices(const QuickStatusSnapshot& quick);
   void showVolume(const QuickStatusSnapshot& quick);
   void showBalance(const QuickStatusSnapshot& quick);
   void showMessages(const QuickStatusSnapshot& quick);
   void showSliderTexts();
+  void tintSliders();
 
   SymbolView* symbol_ = nullptr;
-  QComboBox* devices_ = nullptr;
+  Chooser* devices_ = nullptr;
   SymbolButton* mute_ = nullptr;
   HardwareSlider* volume_ = nullptr;
   FigureLabel* volumeText_ = nullptr;
@@ -51,7 +52,6 @@ class AudioCard : public MonitorCard {
   FigureLabel* balanceText_ = nullptr;
   Paragraph* message_ = nullptr;
   Paragraph* error_ = nullptr;
-  std::vector<QuickAudioDevice> listed_;
   std::optional<std::uint32_t> balancedDevice_;
 };
 

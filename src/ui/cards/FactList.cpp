@@ -30,6 +30,7 @@ int FactList::add(const QString& objectName) {
             new FigureLabel(TextRole::body, TextTone::primary, this)};
   fact.value->setObjectName(objectName);
   fact.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  fact.value->setKeepsWhole(true);
   fact.label->hide();
   fact.value->hide();
   facts_.push_back(fact);

@@ -30,6 +30,7 @@ MemoryCard::MemoryCard(DashboardCardSize size, ComponentPlacement placement, con
   body_->setTint(std::string(quillmeter::tint(kind())));
   name(clean_, "clean");
   name(message_, "message");
+  name(sweep_, "sweep");
   message_->hide();
   addHeaderControl(clean_);
   content()->addWidget(body_, 1);

@@ -1,10 +1,18 @@
 #include "ui/cards/MonitorCard.h"
 
 #include <QEvent>
+#include <QLayout>
 
 #include "ui/theme/QtText.h"
 
 namespace quillmeter {
+
+namespace {
+
+constexpr int compactPadding = 12;
+constexpr int compactSpacing = 8;
+
+}  // namespace
 
 CardForm cardForm(DashboardCardSize size, ComponentPlacement placement) {
   const bool small = size == DashboardCardSize::small;
@@ -16,6 +24,9 @@ MonitorCard::MonitorCard(MonitorComponentKind kind, DashboardCardSize size, Comp
                          const UiServices& services, QWidget* parent)
     : Card(parent), kind_(kind), size_(size), placement_(placement), services_(services) {
   setObjectName(QStringLiteral("card.") + qtText(rawValue(kind)));
+  if (form() != CardForm::compact) return;
+  setPadding(compactPadding);
+  layout()->setSpacing(compactSpacing);
 }
 
 void MonitorCard::name(QWidget* widget, const char* part) const {
