@@ -74,13 +74,15 @@ void item(const QStyleOptionMenuItem& option, QPainter& painter) {
                     -90);
 }
 
-QSize itemSize(const QStyleOptionMenuItem& option, const QSize& contents) {
+QSize itemSize(const QStyleOptionMenuItem& option, const QSize& contents, bool isInComboBox) {
   if (isSeparator(option)) return {contents.width(), separatorHeight};
   constexpr int shortcutGap = 24;
-  int width = contents.width() + markWidth + 4 + trailing + 4;
+  const int text = isInComboBox ? option.fontMetrics.horizontalAdvance(option.text) : contents.width();
+  int width = text + markWidth + 4 + trailing + 4;
   if (option.text.contains(QLatin1Char('\t'))) width += shortcutGap;
   if (option.menuItemType == QStyleOptionMenuItem::SubMenu) width += trailing;
-  return {width, std::max(itemHeight, contents.height() + 8)};
+  constexpr int verticalPadding = 10;
+  return {width, std::max(itemHeight, option.fontMetrics.height() + verticalPadding)};
 }
 
 void row(const QStyleOptionViewItem& option, QPainter& painter) {

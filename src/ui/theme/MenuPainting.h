@@ -19,7 +19,8 @@ constexpr double panelRadius = 10;
 // The ground of a menu, of a combo box's list or of a tool tip.
 void panel(const QStyleOption& option, QPainter& painter, double radius = panelRadius);
 void item(const QStyleOptionMenuItem& option, QPainter& painter);
-QSize itemSize(const QStyleOptionMenuItem& option, const QSize& contents);
+// Of a menu, whose contents are the text; of a combo box's list they are nothing that counts.
+QSize itemSize(const QStyleOptionMenuItem& option, const QSize& contents, bool isInComboBox);
 void row(const QStyleOptionViewItem& option, QPainter& painter);
 void headerSection(const QStyleOptionHeader& option, QPainter& painter);
 

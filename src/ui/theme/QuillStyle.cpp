@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <QAbstractButton>
+#include <QAbstractScrollArea>
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
@@ -235,9 +236,11 @@ QSize QuillStyle::sizeFromContents(ContentsType type, const QStyleOption* option
     case CT_LineEdit:
       return {contents.width() + 2 * FieldPainting::horizontalPadding, height};
     case CT_SpinBox:
-      return {contents.width() + FieldPainting::horizontalPadding + FieldPainting::arrowWidth, height};
+      return {contents.width() + FieldPainting::horizontalPadding + FieldPainting::arrowWidth,
+              std::max(controlHeight, contents.height())};  // the edit in it has its padding
     case CT_MenuItem:
-      if (const auto* item = as<QStyleOptionMenuItem>(option)) return MenuPainting::itemSize(*item, contents);
+      if (const auto* item = as<QStyleOptionMenuItem>(option))
+        return MenuPainting::itemSize(*item, contents, qobject_cast<const QComboBox*>(widget) != nullptr);
       break;
     default:
       break;
@@ -337,6 +340,9 @@ void QuillStyle::polish(QWidget* widget) {
     widget->setAttribute(Qt::WA_Hover);
   // Nothing but the thumb is painted.
   if (qobject_cast<QScrollBar*>(widget) != nullptr) widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
+  // The container paints the ground of a combo box's list, with its round corners.
+  if (widget->inherits("QComboBoxListView"))
+    static_cast<QAbstractScrollArea*>(widget)->viewport()->setAutoFillBackground(false);
   if (isFloating(*widget) && isAlwaysComposited()) widget->setAttribute(Qt::WA_TranslucentBackground);
 }
 

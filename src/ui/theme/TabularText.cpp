@@ -1,6 +1,7 @@
 #include "ui/theme/TabularText.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -57,6 +58,10 @@ double widthOf(const QString& text, const QFontMetricsF& metrics, const Digits& 
   return walk(text, metrics, digits, [](const QString&, double) {});
 }
 
+int heightOf(const QFontMetricsF& metrics) {
+  return static_cast<int>(std::ceil(metrics.ascent()) + std::ceil(metrics.descent()));
+}
+
 double shareLeft(Qt::Alignment alignment) {
   if (alignment & Qt::AlignRight) return 1;
   return alignment & Qt::AlignHCenter ? 0.5 : 0;
@@ -68,6 +73,10 @@ double shareAbove(Qt::Alignment alignment) {
 }
 
 }  // namespace
+
+int height(const QFont& font) {
+  return heightOf(QFontMetricsF(font));
+}
 
 double width(const QString& text, const QFont& font) {
   const QFontMetricsF metrics(withoutKerning(font));
@@ -88,8 +97,9 @@ void draw(QPainter& painter, const QRectF& rectangle, Qt::Alignment alignment, c
     needed = widthOf(shown, metrics, digits);
   }
   const double left = rectangle.left() + std::max(0.0, rectangle.width() - needed) * shareLeft(alignment);
-  const double baseline =
-      rectangle.top() + (rectangle.height() - metrics.height()) * shareAbove(alignment) + metrics.ascent();
+  const double baseline = rectangle.top() +
+                          std::floor((rectangle.height() - heightOf(metrics)) * shareAbove(alignment)) +
+                          std::ceil(metrics.ascent());
   if (digits.areUniform) {
     painter.drawText(QPointF(left, baseline), shown);
   } else {

@@ -12,6 +12,8 @@ namespace quillmeter {
 namespace TabularText {
 
 double width(const QString& text, const QFont& font);
+// Of a line, in whole points: the toolkit rounds, which may cost the lowest row of a "g".
+int height(const QFont& font);
 // One line with the painter's font and pen; elided at the end when it is too long for the rectangle.
 void draw(QPainter& painter, const QRectF& rectangle, Qt::Alignment alignment, const QString& text);
 

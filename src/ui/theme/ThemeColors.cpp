@@ -128,16 +128,20 @@ double luminance(const QColor& color) {
   return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-// Drawn towards the text's end of the scale, no further than it has to be.
+// Lighter or darker in its own hue, no further than it has to be.
 QColor legible(const QColor& color, const ThemeColors& colors, double contrast) {
   if (contrastRatio(color, colors.surface) >= contrast) return color;
+  const auto at = [&color](double lightness) {
+    return QColor::fromHslF(std::max(0.0F, color.hslHueF()), color.hslSaturationF(), static_cast<float>(lightness));
+  };
   constexpr int steps = 8;
-  double enough = 1;
-  for (double low = 0, step = 0; step < steps; ++step) {
-    const double middle = (low + enough) / 2;
-    (contrastRatio(mixed(color, colors.text, middle), colors.surface) >= contrast ? enough : low) = middle;
+  double tooClose = color.lightnessF();
+  double enough = colors.dark ? 1 : 0;
+  for (int step = 0; step < steps; ++step) {
+    const double middle = (tooClose + enough) / 2;
+    (contrastRatio(at(middle), colors.surface) >= contrast ? enough : tooClose) = middle;
   }
-  return mixed(color, colors.text, enough);
+  return at(enough).toRgb();
 }
 
 QColor colorOf(std::string_view hex, const QColor& otherwise) {

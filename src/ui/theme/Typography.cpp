@@ -19,9 +19,9 @@ Shape shapeOf(TextRole role) {
     case TextRole::strong:
       return {1, QFont::DemiBold};
     case TextRole::heading:
-      return {1.05, QFont::DemiBold};
+      return {1.05, QFont::Bold};
     case TextRole::title:
-      return {1.6, QFont::DemiBold};
+      return {1.6, QFont::Bold};
     case TextRole::figure:
       return {1.75, QFont::Normal};
     case TextRole::largeFigure:

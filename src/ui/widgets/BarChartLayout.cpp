@@ -23,7 +23,7 @@ constexpr double labelDistance = 8;
 double roundedUp(double value) {
   if (!(value > 0) || !std::isfinite(value)) return 0;
   const double power = std::pow(10.0, std::floor(std::log10(value)));
-  for (const double step : {1.0, 2.0, 2.5, 5.0}) {
+  for (const double step : {1.0, 1.5, 2.0, 3.0, 4.0, 5.0, 6.0, 8.0}) {
     if (value <= step * power) return step * power;
   }
   return 10 * power;

@@ -44,7 +44,7 @@ class BarChartLayout {
   double widestLabel_ = 0;
 };
 
-// The smallest of 1, 2, 2.5, 5 times a power of ten that is not below the value; 0 for none.
+// The smallest round figure (1, 1.5, 2, 3, 4, 5, 6, 8 times a power of ten) that is not below the value; 0 for none.
 double roundedUp(double value);
 
 }  // namespace quillmeter

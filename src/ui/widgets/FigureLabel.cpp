@@ -105,13 +105,13 @@ void FigureLabel::measure() {
 }
 
 QSize FigureLabel::sizeHint() const {
-  return {neededWidth_, fontMetrics().height()};
+  return {neededWidth_, TabularText::height(font())};
 }
 
 QSize FigureLabel::minimumSizeHint() const {
   // Room for a letter and the dots.
-  const int least = keepsWhole_ ? neededWidth_ : std::min(neededWidth_, fontMetrics().height() * 2);
-  return {least, fontMetrics().height()};
+  const int height = TabularText::height(font());
+  return {keepsWhole_ ? neededWidth_ : std::min(neededWidth_, height * 2), height};
 }
 
 bool FigureLabel::event(QEvent* event) {

@@ -30,6 +30,21 @@ const char* symbolOf(Notice::Kind kind) {
   return "info.circle";
 }
 
+// The same, as strong as a large ground needs it when it is laid on thinly.
+QColor vividColorOf(Notice::Kind kind) {
+  switch (kind) {
+    case Notice::Kind::information:
+      return QColor::fromRgb(0x4C8DFF);
+    case Notice::Kind::success:
+      return QColor::fromRgb(0x38B887);
+    case Notice::Kind::warning:
+      return QColor::fromRgb(0xFFAA1F);
+    case Notice::Kind::error:
+      return QColor::fromRgb(0xFF5A4E);
+  }
+  return QColor::fromRgb(0x4C8DFF);
+}
+
 QColor colorOf(Notice::Kind kind, const ThemeColors& colors) {
   switch (kind) {
     case Notice::Kind::information:
@@ -56,7 +71,7 @@ Notice::Notice(QWidget* parent) : QWidget(parent) {
   line->setSpacing(10);
   line->addWidget(symbol_);
   line->addWidget(text_, 1);
-  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
   hide();
@@ -118,11 +133,11 @@ void Notice::changeEvent(QEvent* event) {
 
 void Notice::paintEvent(QPaintEvent*) {
   const ThemeColors& colors = ThemeColors::of(palette());
-  const QColor color = colorOf(kind_, colors);
+  const QColor color = vividColorOf(kind_);
   QPainter painter(this);
   constexpr double radius = 10;
-  Shapes::panel(painter, rect(), radius, mixed(colors.surface, color, 0.08),
-                colors.highContrast ? color : mixed(colors.surface, color, 0.28));
+  Shapes::panel(painter, rect(), radius, mixed(colors.surface, color, 0.1),
+                colors.highContrast ? colorOf(kind_, colors) : mixed(colors.surface, color, 0.32));
 }
 
 }  // namespace quillmeter

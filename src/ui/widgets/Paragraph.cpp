@@ -10,7 +10,7 @@ Paragraph::Paragraph(TextRole role, TextTone tone, QWidget* parent) : QLabel(par
   setWordWrap(true);
   setTextFormat(Qt::PlainText);
   setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
   setFont(fontFor(role_));
