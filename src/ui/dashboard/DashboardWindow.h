@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string_view>
 
 #include <QWidget>
@@ -18,11 +19,15 @@ class DashboardWindow : public QWidget {
   void showPage(std::string_view page);
 
  protected:
-  void changeEvent(QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   struct Parts;
+  bool pressWithControl(int key);
+  void turnTo(std::string_view page);
+
   std::unique_ptr<Parts> parts_;
 };
 

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "access/model/AgentLogProvider.h"
+#include "agents/model/AgentUsageSnapshot.h"
+#include "ui/UiServices.h"
+
+namespace quillmeter {
+
+// What the agents' table says of one agent.
+struct AgentRow {
+  enum class State { connected, switchedOff, found, notFound };
+  AgentLogProvider provider = AgentLogProvider::codex;
+  State state = State::notFound;
+  std::optional<AgentTokenMetrics> metrics;  // absent while it is not counted
+  std::optional<Date> lastActivity;
+  std::int64_t unreadableSources = 0;
+  bool hasNoFigures = false;  // its logs are read but hold no token counts
+  bool hasLogs = false;
+  friend bool operator==(const AgentRow&, const AgentRow&) = default;
+
+  std::string stateText() const;
+};
+
+// All agents in the order of the catalogue, with their figures of the last scan.
+std::vector<AgentRow> agentRows(const UiServices& services, AgentUsageRange range);
+
+// The agents that were found here, are not connected and were not switched off by the user.
+std::vector<AgentLogProvider> connectableAgents(const UiServices& services);
+
+// Leads through granting their folders; an agent whose switch was never touched is switched on when it is connected.
+void connectAgents(const UiServices& services, const std::vector<AgentLogProvider>& providers);
+
+}  // namespace quillmeter

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include <QWidget>
+
+#include "preferences/StoredCardLayout.h"
+#include "ui/UiServices.h"
+
+class QPushButton;
+
+namespace quillmeter {
+
+class CardGrid;
+class HiddenCardsTray;
+class PageHeader;
+class Paragraph;
+class ScrollPage;
+class SymbolButton;
+
+// The cards of the dashboard's layout, and the editing of that layout: moving, resizing, hiding and showing cards, all
+// of it stored at once and undone by Ctrl+Z until the editing ends.
+class OverviewPage : public QWidget {
+ public:
+  explicit OverviewPage(const UiServices& services, QWidget* parent = nullptr);
+  ~OverviewPage() override;
+  bool isEditing() const { return isEditing_; }
+  void setEditing(bool isEditing);
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void makeControls();
+  void retranslate();
+  void showCards();
+  void showSubtitle();
+  void edit(const std::function<bool(CardArrangement&)>& step);
+
+  const UiServices& services_;
+  StoredCardLayout layout_;
+  PageHeader* header_ = nullptr;
+  SymbolButton* refresh_ = nullptr;
+  SymbolButton* undo_ = nullptr;
+  QPushButton* reset_ = nullptr;
+  QPushButton* edit_ = nullptr;
+  ScrollPage* scroll_ = nullptr;
+  Paragraph* nothing_ = nullptr;
+  CardGrid* grid_ = nullptr;
+  HiddenCardsTray* tray_ = nullptr;
+  std::vector<Subscription> subscriptions_;
+  bool isEditing_ = false;
+};
+
+}  // namespace quillmeter

@@ -1,0 +1,108 @@
+#include "ui/dashboard/UsageTotals.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QVBoxLayout>
+
+#include "base/L10n.h"
+#include "core/model/MetricFormatter.h"
+#include "preferences/MonitorComponentKind.h"
+#include "ui/theme/QtText.h"
+#include "ui/widgets/FigureLabel.h"
+
+namespace quillmeter {
+
+namespace {
+
+constexpr int oneLineFrom = 640;  // width of the card
+constexpr std::array<const char*, 5> partNames = {"input", "output", "cached", "sessions", "hitRate"};
+
+void setFigure(FigureLabel& value, const FigureLabel& label, const QString& text) {
+  value.setText(text);
+  value.setAccessibleName(QStringLiteral("%1 %2").arg(label.text(), text));
+}
+
+}  // namespace
+
+UsageTotals::UsageTotals(QWidget* parent) : Card(parent), grid_(new QWidget(this)) {
+  setObjectName(QStringLiteral("dashboard.agents.totals"));
+  total_ = makeFigure("total", true);
+  for (std::size_t i = 0; i < parts_.size(); ++i) parts_[i] = makeFigure(partNames[i], false);
+  auto* cells = new QGridLayout(grid_);
+  cells->setContentsMargins(0, 0, 0, 0);
+  cells->setHorizontalSpacing(20);
+  cells->setVerticalSpacing(14);
+  content()->addWidget(grid_);
+  place(3);
+  retranslate();
+}
+
+UsageTotals::Figure UsageTotals::makeFigure(const char* name, bool isLarge) {
+  Figure figure;
+  figure.widget = new QWidget(grid_);
+  figure.value = new FigureLabel(isLarge ? TextRole::largeFigure : TextRole::figure, TextTone::primary, figure.widget);
+  figure.value->setObjectName(QStringLiteral("dashboard.agents.totals.%1").arg(QLatin1String(name)));
+  figure.label = new FigureLabel(TextRole::caption, TextTone::secondary, figure.widget);
+  auto* column = new QVBoxLayout(figure.widget);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  column->addStretch(1);
+  column->addWidget(figure.value);
+  column->addWidget(figure.label);
+  return figure;
+}
+
+// All in one line, or the total above the others.
+void UsageTotals::place(int columns) {
+  if (columns == columns_) return;
+  columns_ = columns;
+  auto* cells = dynamic_cast<QGridLayout*>(grid_->layout());
+  while (QLayoutItem* item = cells->takeAt(0)) delete item;
+  const bool isOneLine = columns > static_cast<int>(parts_.size());
+  cells->addWidget(total_.widget, 0, 0, 1, isOneLine ? 1 : columns);
+  for (int i = 0; i < static_cast<int>(parts_.size()); ++i) {
+    QWidget* part = parts_[static_cast<std::size_t>(i)].widget;
+    if (isOneLine) {
+      cells->addWidget(part, 0, i + 1);
+    } else {
+      cells->addWidget(part, 1 + i / columns, i % columns);
+    }
+  }
+  for (int column = 0; column <= static_cast<int>(parts_.size()); ++column) {
+    cells->setColumnStretch(column, column >= columns ? 0 : isOneLine && column == 0 ? 3 : 2);
+  }
+}
+
+void UsageTotals::resizeEvent(QResizeEvent* event) {
+  place(width() >= oneLineFrom ? static_cast<int>(parts_.size()) + 1 : 3);
+  Card::resizeEvent(event);
+}
+
+void UsageTotals::setMetrics(const AgentTokenMetrics& metrics) {
+  const auto tokens = [](std::int64_t count) { return qtText(MetricFormatter::tokens(count)); };
+  const auto rate = metrics.cacheHitRate();
+  const std::array<QString, 5> texts = {tokens(metrics.inputTokens), tokens(metrics.outputTokens),
+                                        tokens(metrics.cachedTokens), QString::number(metrics.sessionCount),
+                                        rate ? qtText(MetricFormatter::percent(*rate)) : QStringLiteral("—")};
+  setFigure(*total_.value, *total_.label, tokens(metrics.totalTokens));
+  for (std::size_t i = 0; i < parts_.size(); ++i) setFigure(*parts_[i].value, *parts_[i].label, texts[i]);
+}
+
+void UsageTotals::setTitle(const QString& title) {
+  setHeader(std::string(symbol(MonitorComponentKind::agentTokens)),
+            std::string(quillmeter::tint(MonitorComponentKind::agentTokens)), title);
+}
+
+void UsageTotals::retranslate() {
+  total_.label->setText(qtText(QM_TR("总计")));
+  const std::array<std::string, 5> labels = {QM_TR("输入"), QM_TR("输出"), QM_TR("缓存"), QM_TR("会话"),
+                                             QM_TR("缓存命中")};
+  for (std::size_t i = 0; i < parts_.size(); ++i) parts_[i].label->setText(qtText(labels[i]));
+}
+
+void UsageTotals::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::LanguageChange) retranslate();
+  Card::changeEvent(event);
+}
+
+}  // namespace quillmeter
