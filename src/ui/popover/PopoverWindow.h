@@ -9,10 +9,12 @@
 namespace quillmeter {
 
 // The panel that opens at the tray icon: the cards of the menu-bar layout, active sessions, the state of the last scan
-// and the ways to dashboard and settings. Closes when it loses the focus and on Escape. Made when it is opened and gone
-// when it is closed.
+// and the ways to dashboard and settings. Closes when it loses the focus and on Escape. As high as its content, up to
+// four fifths of the screen; beyond that the cards scroll. Made when it is opened and gone when it is closed.
 class PopoverWindow : public QWidget {
  public:
+  static constexpr int popoverWidth = 372;
+
   explicit PopoverWindow(const UiServices& services);
   ~PopoverWindow() override;
 
@@ -21,11 +23,18 @@ class PopoverWindow : public QWidget {
   // it floats.
   void showAt(const QRect& icon);
 
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  protected:
+  void showEvent(QShowEvent* event) override;
   void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
+  void fit();
+  void closeIfLeft();
+
   struct Parts;
   std::unique_ptr<Parts> parts_;
 };
