@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include "ui/theme/MenuPainting.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
 
@@ -85,6 +86,10 @@ QRect comboBoxPart(const QStyleOptionComboBox& option, QStyle::SubControl part) 
       break;
     case QStyle::SC_ComboBoxEditField:
       area.adjust(horizontalPadding, 1, -arrowWidth, -1);
+      break;
+    case QStyle::SC_ComboBoxListBoxPopup:
+      // The texts of the list stand over that of the field.
+      area.adjust(horizontalPadding - MenuPainting::textInset - 1, 0, 0, 0);
       break;
     default:
       break;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int itemHeight = 30;
 constexpr int separatorHeight = 9;
-constexpr int markWidth = 26;  // also where items without a mark begin
+constexpr int markWidth = 26;
 constexpr int trailing = 14;
 constexpr double rowRadius = 6;
 
@@ -40,8 +40,7 @@ void mark(const QStyleOptionMenuItem& option, QPainter& painter) {
 
 void panel(const QStyleOption& option, QPainter& painter, double radius) {
   const ThemeColors& colors = ThemeColors::of(option.palette);
-  Shapes::panel(painter, option.rect, radius, colors.dark ? colors.raised : colors.surface,
-                mixed(colors.border, colors.text, 0.06));
+  Shapes::panel(painter, option.rect, radius, colors.floating, mixed(colors.border, colors.text, 0.06));
 }
 
 void item(const QStyleOptionMenuItem& option, QPainter& painter) {
@@ -50,7 +49,7 @@ void item(const QStyleOptionMenuItem& option, QPainter& painter) {
   if (isSeparator(option)) {
     const double line = Shapes::hairline(painter);
     const QRectF place(option.rect.left() + 8, QRectF(option.rect).center().y(), option.rect.width() - 16, line);
-    painter.fillRect(Shapes::onPixels(painter, place), colors.border);
+    painter.fillRect(Shapes::onPixels(painter, place), mixed(colors.border, colors.text, 0.08));
     return;
   }
   if (enabled && option.state & QStyle::State_Selected)
@@ -58,7 +57,7 @@ void item(const QStyleOptionMenuItem& option, QPainter& painter) {
   mark(option, painter);
 
   const qsizetype tab = option.text.indexOf(QLatin1Char('\t'));
-  const QRect area = option.rect.adjusted(markWidth + 4, 0, -trailing, 0);
+  const QRect area = option.rect.adjusted(textInset, 0, -trailing, 0);
   constexpr int flags = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic;
   painter.save();
   painter.setFont(option.font);
@@ -78,7 +77,7 @@ QSize itemSize(const QStyleOptionMenuItem& option, const QSize& contents, bool i
   if (isSeparator(option)) return {contents.width(), separatorHeight};
   constexpr int shortcutGap = 24;
   const int text = isInComboBox ? option.fontMetrics.horizontalAdvance(option.text) : contents.width();
-  int width = text + markWidth + 4 + trailing + 4;
+  int width = text + textInset + trailing + 4;
   if (option.text.contains(QLatin1Char('\t'))) width += shortcutGap;
   if (option.menuItemType == QStyleOptionMenuItem::SubMenu) width += trailing;
   constexpr int verticalPadding = 10;

@@ -14,6 +14,7 @@ namespace quillmeter {
 namespace MenuPainting {
 
 constexpr int panelMargin = 5;
+constexpr int textInset = 30;  // from the edge of an item to its text
 constexpr double panelRadius = 10;
 
 // The ground of a menu, of a combo box's list or of a tool tip.

@@ -208,9 +208,8 @@ QRect QuillStyle::subControlRect(ComplexControl control, const QStyleOptionCompl
     if (control == CC_Slider && part != SC_SliderTickmarks) return RangePainting::sliderPart(*slider, part);
     if (control == CC_ScrollBar) return RangePainting::scrollBarPart(*slider, part);
   }
-  if (const auto* combo = as<QStyleOptionComboBox>(option); combo != nullptr && control == CC_ComboBox) {
-    if (part == SC_ComboBoxArrow || part == SC_ComboBoxEditField) return FieldPainting::comboBoxPart(*combo, part);
-  }
+  if (const auto* combo = as<QStyleOptionComboBox>(option); combo != nullptr && control == CC_ComboBox)
+    return FieldPainting::comboBoxPart(*combo, part);
   if (const auto* spin = as<QStyleOptionSpinBox>(option); spin != nullptr && control == CC_SpinBox)
     return FieldPainting::spinBoxPart(*spin, part);
   return QProxyStyle::subControlRect(control, option, part, widget);

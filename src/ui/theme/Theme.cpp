@@ -68,7 +68,10 @@ void Theme::apply() {
   if (application_.palette().color(QPalette::Midlight) != colors.track || !isApplied_) {
     isApplied_ = true;
     QApplication::setPalette(colors.palette());
-    QToolTip::setPalette(colors.palette());
+    QPalette floating = colors.palette();
+    floating.setColor(QPalette::Window, colors.floating);
+    QApplication::setPalette(floating, "QMenu");
+    QToolTip::setPalette(floating);
   }
   observers_.notify();
 }

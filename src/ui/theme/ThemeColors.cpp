@@ -22,6 +22,7 @@ ThemeColors light() {
       .sidebar = rgb(0xECEEF2),
       .surface = rgb(0xFFFFFF),
       .raised = rgb(0xFFFFFF),
+      .floating = rgb(0xFFFFFF),
       .hover = rgb(0xEDEFF3),
       .border = rgb(0xE1E4EA),
       .separator = rgb(0xEBEDF1),
@@ -46,6 +47,7 @@ ThemeColors dark() {
       .sidebar = rgb(0x1B1C21),
       .surface = rgb(0x212329),
       .raised = rgb(0x2C2F37),
+      .floating = rgb(0x2C2F37),
       .hover = rgb(0x2D3038),
       .border = rgb(0x33363F),
       .separator = rgb(0x2D3038),
@@ -70,6 +72,7 @@ ThemeColors highContrastLight() {
       .sidebar = rgb(0xF4F4F4),
       .surface = rgb(0xFFFFFF),
       .raised = rgb(0xFFFFFF),
+      .floating = rgb(0xFFFFFF),
       .hover = rgb(0xE4E9F2),
       .border = rgb(0x5A5A5A),
       .separator = rgb(0x767676),
@@ -95,6 +98,7 @@ ThemeColors highContrastDark() {
       .sidebar = rgb(0x0A0A0A),
       .surface = rgb(0x0C0C0E),
       .raised = rgb(0x121214),
+      .floating = rgb(0x121214),
       .hover = rgb(0x25282E),
       .border = rgb(0xA8ACB4),
       .separator = rgb(0x80848C),
@@ -194,7 +198,7 @@ QPalette ThemeColors::palette() const {
   set(QPalette::Button, raised);
   set(QPalette::ButtonText, text);
   set(QPalette::BrightText, accentText);
-  set(QPalette::ToolTipBase, surface);
+  set(QPalette::ToolTipBase, floating);
   set(QPalette::ToolTipText, text);
   set(QPalette::PlaceholderText, tertiaryText);
   set(QPalette::Highlight, accent);

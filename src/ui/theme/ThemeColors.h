@@ -12,11 +12,12 @@ namespace quillmeter {
 struct ThemeColors {
   bool dark = false;
   bool highContrast = false;
-  QColor window;   // behind the cards
-  QColor sidebar;  // beside the page
-  QColor surface;  // a card
-  QColor raised;   // a control on a card: button, field
-  QColor hover;    // a row or control under the pointer
+  QColor window;    // behind the cards
+  QColor sidebar;   // beside the page
+  QColor surface;   // a card
+  QColor raised;    // a control on a card: button, field
+  QColor floating;  // a menu, a tool tip
+  QColor hover;     // a row or control under the pointer
   QColor border;
   QColor separator;
   QColor text;

@@ -15,7 +15,13 @@ namespace quillmeter {
 namespace {
 
 constexpr double fullCircle = 360 * 16;  // the painter's unit of angles
-constexpr double threshold = 56;         // edge length from which the text in the middle is large
+constexpr int headingDiameter = 56;      // from here on the text in the middle is larger
+constexpr int figureDiameter = 80;       // and from here on a figure
+
+TextRole roleFor(int diameter) {
+  if (diameter >= figureDiameter) return TextRole::figure;
+  return diameter >= headingDiameter ? TextRole::heading : TextRole::caption;
+}
 
 }  // namespace
 
@@ -87,7 +93,7 @@ void RingGauge::paintEvent(QPaintEvent*) {
   }
   if (text_.isEmpty()) return;
   // As large as the hole lets the text be.
-  QFont font = fontFor(diameter_ >= threshold ? TextRole::heading : TextRole::caption);
+  QFont font = fontFor(roleFor(diameter_));
   const double room = (radius - width) * 1.75;
   const double needed = TabularText::width(text_, font);
   if (needed > room) font.setPointSizeF(font.pointSizeF() * room / needed);
