@@ -57,7 +57,7 @@ void AgentLimitsCard::buildMeters() {
   QBoxLayout* layout =
       form() == CardForm::wide ? static_cast<QBoxLayout*>(new QHBoxLayout(meters_)) : new QVBoxLayout(meters_);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(form() == CardForm::wide ? 24 : form() == CardForm::regular ? 12 : 8);
+  layout->setSpacing(form() == CardForm::wide ? 24 : form() == CardForm::regular ? 14 : 10);
   layout->addWidget(primary_, 1);
   layout->addWidget(weekly_, 1);
 }

@@ -26,7 +26,8 @@ namespace quillmeter {
 namespace {
 
 constexpr int largeFactsWidth = 168;
-constexpr int panelChartHeight = 108;
+constexpr int panelChartHeight = 124;
+constexpr int miniBarsHeight = 34;
 
 }  // namespace
 
@@ -41,6 +42,8 @@ AgentTokensCard::AgentTokensCard(DashboardCardSize size, ComponentPlacement plac
   buildFacts();
   if (isLarge()) {
     buildLargeUsage();
+  } else if (form() == CardForm::compact) {
+    buildCompactUsage();
   } else {
     buildUsage();
   }
@@ -52,12 +55,16 @@ AgentTokensCard::AgentTokensCard(DashboardCardSize size, ComponentPlacement plac
 void AgentTokensCard::buildHeader() {
   busy_ = new BusyIndicator(services().timers, this);
   name(busy_, "scanning");
-  addHeaderControl(busy_);
   if (!isLarge()) return;
   ranges_ = new SegmentedControl(this);
   name(ranges_, "range");
   ranges_->setHandler([this](const std::string& id) { choose(id); });
-  addHeaderControl(ranges_);
+  if (form() == CardForm::wide) {
+    addHeaderControl(busy_);
+    addHeaderControl(ranges_);
+  } else {
+    content()->addWidget(ranges_);
+  }
 }
 
 void AgentTokensCard::buildFacts() {
@@ -71,22 +78,35 @@ void AgentTokensCard::buildFacts() {
   hits_ = facts_->add(QStringLiteral("card.agentTokens.hitRate"));
 }
 
+void AgentTokensCard::buildCompactUsage() {
+  miniBars_ = new MiniBars(usage_);
+  miniBars_->setTint(std::string(quillmeter::tint(kind())));
+  rangeName_ = new FigureLabel(TextRole::caption, TextTone::secondary, usage_);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(6);
+  row->addWidget(total_);
+  row->addWidget(busy_);
+  row->addStretch();
+  row->addWidget(rangeName_);
+  auto* column = new QVBoxLayout(usage_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(6);
+  column->addLayout(row);
+  column->addWidget(miniBars_, 1);
+}
+
 void AgentTokensCard::buildUsage() {
   miniBars_ = new MiniBars(usage_);
   miniBars_->setTint(std::string(quillmeter::tint(kind())));
+  miniBars_->setFixedHeight(miniBarsHeight);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(8);
+  row->addWidget(total_);
+  row->addWidget(busy_);
+  row->addWidget(miniBars_, 1);
   auto* column = new QVBoxLayout(usage_);
   column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(form() == CardForm::compact ? 6 : 8);
-  if (form() == CardForm::compact) {
-    column->addWidget(total_);
-    column->addWidget(miniBars_, 1);
-    return;
-  }
-  auto* row = new QHBoxLayout;
-  row->setSpacing(16);
-  miniBars_->setFixedHeight(34);
-  row->addWidget(total_);
-  row->addWidget(miniBars_, 1);
+  column->setSpacing(8);
   column->addLayout(row);
   column->addWidget(facts_);
   column->addStretch();
@@ -107,6 +127,9 @@ void AgentTokensCard::buildLargeUsage() {
     figures->addWidget(facts_);
     figures->addStretch();
   } else {
+    figures->setSpacing(8);
+    figures->addWidget(busy_);
+    figures->addSpacing(8);
     figures->addWidget(facts_, 1);
     chart_->setFixedHeight(panelChartHeight);
   }
@@ -173,6 +196,8 @@ void AgentTokensCard::refresh() {
   if (ranges_ != nullptr) {
     ranges_->setVisible(isMeasured);
     ranges_->setChosen(std::string(rawValue(range())));
+  } else if (rangeName_ != nullptr) {
+    rangeName_->setText(qtText(title(range())));
   } else {
     setHeaderNote(isMeasured ? qtText(title(range())) : QString());
   }

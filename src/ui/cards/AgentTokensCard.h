@@ -34,6 +34,7 @@ class AgentTokensCard : public MonitorCard {
   void buildHeader();
   void buildFacts();
   void buildUsage();
+  void buildCompactUsage();
   void buildLargeUsage();
   void buildMessage();
   AgentUsageRange range() const;
@@ -47,6 +48,7 @@ class AgentTokensCard : public MonitorCard {
   SegmentedControl* ranges_ = nullptr;
   QWidget* usage_;
   FigureLabel* total_ = nullptr;
+  FigureLabel* rangeName_ = nullptr;  // in the compact form
   FactList* facts_ = nullptr;
   int input_ = 0;
   int output_ = 0;

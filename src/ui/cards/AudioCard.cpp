@@ -13,13 +13,11 @@
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/Paragraph.h"
 #include "ui/widgets/SymbolButton.h"
-#include "ui/widgets/SymbolView.h"
 
 namespace quillmeter {
 
 namespace {
 
-constexpr int symbolPoints = 18;
 constexpr int middle = 50;
 
 std::string sideText(int balance) {
@@ -42,7 +40,6 @@ AudioCard::AudioCard(DashboardCardSize size, ComponentPlacement placement, const
 }
 
 void AudioCard::buildDevice() {
-  symbol_ = new SymbolView("speaker.wave.2.fill", std::string(quillmeter::tint(kind())), symbolPoints, this);
   devices_ = new Chooser(this);
   name(devices_, "devices");
   devices_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -84,22 +81,13 @@ void AudioCard::buildBalance() {
 }
 
 void AudioCard::arrange() {
-  auto* device = new QHBoxLayout;
-  device->setSpacing(10);
-  if (form() != CardForm::compact) {
-    device->addSpacing(6);
-    device->addWidget(symbol_, 0, Qt::AlignVCenter);
-  } else {
-    symbol_->hide();
-  }
-  device->addWidget(devices_, 1);
   auto* volume = new QHBoxLayout;
   volume->setSpacing(8);
   volume->addWidget(mute_);
   volume->addWidget(volume_, 1);
   volume->addWidget(volumeText_);
   content()->setSpacing(form() == CardForm::compact ? 6 : 8);
-  content()->addLayout(device);
+  content()->addWidget(devices_);
   if (form() == CardForm::wide) {
     auto* sliders = new QHBoxLayout;
     sliders->setSpacing(28);
@@ -147,9 +135,10 @@ void AudioCard::refresh() {
   tintSliders();
 }
 
-// An open list is left alone: it would close under the user's hand.
+// The header shows what kind of device it is. An open list is left alone: it would close under the user's hand.
 void AudioCard::showDevices(const QuickStatusSnapshot& quick) {
-  symbol_->setSymbol(quick.output ? std::string(quick.output->symbol()) : "speaker.slash.fill");
+  const std::string_view shown = quick.output ? quick.output->symbol() : symbol(kind());
+  setHeader(std::string(shown), std::string(quillmeter::tint(kind())), qtText(title(kind())));
   if (devices_->view()->isVisible()) return;
   std::vector<Chooser::Choice> choices;
   for (const QuickAudioDevice& device : quick.outputs)

@@ -16,7 +16,6 @@ class FigureLabel;
 class HardwareSlider;
 class Paragraph;
 class SymbolButton;
-class SymbolView;
 
 // The sound output: which device it is, its volume, balance and mute, and what it does not let a program change.
 class AudioCard : public MonitorCard {
@@ -41,7 +40,6 @@ class AudioCard : public MonitorCard {
   void showSliderTexts();
   void tintSliders();
 
-  SymbolView* symbol_ = nullptr;
   Chooser* devices_ = nullptr;
   SymbolButton* mute_ = nullptr;
   HardwareSlider* volume_ = nullptr;

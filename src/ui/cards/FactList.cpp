@@ -10,26 +10,32 @@ namespace {
 
 constexpr int lineSpacing = 4;
 constexpr int labelSpacing = 8;
-constexpr int columnSpacing = 20;
+constexpr int tileSpacing = 16;
+constexpr int tileLineSpacing = 8;
+constexpr int rowsPerTile = 3;  // label, figure, space below
 
 }  // namespace
 
-FactList::FactList(QWidget* parent, int columns) : QWidget(parent), grid_(new QGridLayout(this)), columns_(columns) {
+FactList::FactList(QWidget* parent) : QWidget(parent), grid_(new QGridLayout(this)) {
   grid_->setContentsMargins(0, 0, 0, 0);
   grid_->setHorizontalSpacing(labelSpacing);
   grid_->setVerticalSpacing(lineSpacing);
-  // Label, figure and a gap for each column but the last.
-  for (int column = 0; column < columns_; ++column) {
-    grid_->setColumnStretch(column * 3 + 1, 1);
-    if (column + 1 < columns_) grid_->setColumnMinimumWidth(column * 3 + 2, columnSpacing - 2 * labelSpacing);
-  }
+  grid_->setColumnStretch(1, 1);
+}
+
+FactList::FactList(QWidget* parent, int columns) : QWidget(parent), grid_(new QGridLayout(this)), columns_(columns) {
+  grid_->setContentsMargins(0, 0, 0, 0);
+  grid_->setHorizontalSpacing(tileSpacing);
+  grid_->setVerticalSpacing(0);
+  for (int column = 0; column < columns_; ++column) grid_->setColumnStretch(column, 1);
 }
 
 int FactList::add(const QString& objectName) {
-  Fact fact{new FigureLabel(TextRole::body, TextTone::secondary, this),
-            new FigureLabel(TextRole::body, TextTone::primary, this)};
+  const bool isTile = columns_ > 0;
+  Fact fact{new FigureLabel(isTile ? TextRole::caption : TextRole::body, TextTone::secondary, this),
+            new FigureLabel(isTile ? TextRole::strong : TextRole::body, TextTone::primary, this)};
   fact.value->setObjectName(objectName);
-  fact.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  if (!isTile) fact.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   fact.value->setKeepsWhole(true);
   fact.label->hide();
   fact.value->hide();
@@ -84,10 +90,15 @@ void FactList::place() {
     grid_->removeWidget(fact.label);
     grid_->removeWidget(fact.value);
     if (!fact.isShown) continue;
-    const int line = position / columns_;
-    const int column = position % columns_ * 3;
-    grid_->addWidget(fact.label, line, column);
-    grid_->addWidget(fact.value, line, column + 1);
+    if (columns_ == 0) {
+      grid_->addWidget(fact.label, position, 0);
+      grid_->addWidget(fact.value, position, 1);
+    } else {
+      const int row = position / columns_ * rowsPerTile;
+      grid_->addWidget(fact.label, row, position % columns_);
+      grid_->addWidget(fact.value, row + 1, position % columns_);
+      if (row > 0) grid_->setRowMinimumHeight(row - 1, tileLineSpacing);
+    }
     ++position;
   }
 }

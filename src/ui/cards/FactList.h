@@ -10,11 +10,13 @@ class QGridLayout;
 
 namespace quillmeter {
 
-// Figures with their labels, one below the other: the label at the start of its line, the figure at the end. A fact
-// that is not known takes no room.
+// Figures with their labels: as lines, the label at the start and the figure at the end, or as tiles side by side, the
+// label above its figure. A fact that is not known takes no room.
 class FactList : public QWidget {
  public:
-  explicit FactList(QWidget* parent, int columns = 1);
+  explicit FactList(QWidget* parent);
+  // Tiles in so many columns.
+  FactList(QWidget* parent, int columns);
 
   // Adds a fact and gives its index; it is hidden until it has a value.
   int add(const QString& objectName);
@@ -35,7 +37,7 @@ class FactList : public QWidget {
   void place();
 
   QGridLayout* grid_;
-  const int columns_;
+  const int columns_ = 0;  // 0: lines
   std::vector<Fact> facts_;
 };
 

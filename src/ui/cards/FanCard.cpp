@@ -17,6 +17,7 @@ namespace quillmeter {
 namespace {
 
 constexpr int thermalLevels = 4;
+constexpr int tileColumns = 3;
 
 // 0 ... 3; absent for "unknown", and for a text that was made in another language.
 std::optional<int> thermalLevel(const std::string& state) {
@@ -63,7 +64,7 @@ FanCard::FanCard(DashboardCardSize size, ComponentPlacement placement, const UiS
 }
 
 void FanCard::buildFacts() {
-  facts_ = new FactList(this, form() == CardForm::wide ? 2 : 1);
+  facts_ = form() == CardForm::wide ? new FactList(this, tileColumns) : new FactList(this);
   temperature_ = facts_->add(QStringLiteral("card.fan.temperature"));
   speed_ = facts_->add(QStringLiteral("card.fan.speed"));
   content()->addWidget(facts_);

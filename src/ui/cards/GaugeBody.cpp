@@ -16,12 +16,17 @@ constexpr int ringDiameter = 92;
 constexpr int wideSpacing = 24;
 constexpr int factsWidth = 172;
 constexpr int sparklineHeight = 34;
+constexpr int wideSparklineHeight = 72;
+constexpr int tileColumns = 3;
 
 }  // namespace
 
 GaugeBody::GaugeBody(CardForm form, Graphic graphic, const QString& objectName, QWidget* parent) : QWidget(parent) {
-  if (form != CardForm::compact)
-    facts_ = new FactList(this, form == CardForm::wide && graphic == Graphic::level ? 2 : 1);
+  if (form == CardForm::wide && graphic == Graphic::level) {
+    facts_ = new FactList(this, tileColumns);
+  } else if (form != CardForm::compact) {
+    facts_ = new FactList(this);
+  }
   if (graphic == Graphic::history) {
     history_ = new Sparkline(this);
     history_->setObjectName(objectName + QStringLiteral(".history"));
@@ -36,7 +41,9 @@ GaugeBody::GaugeBody(CardForm form, Graphic graphic, const QString& objectName, 
     figure_ = new FigureLabel(TextRole::figure, TextTone::primary, this);
     figure_->setObjectName(objectName + QStringLiteral(".usage"));
   }
-  note_ = new FigureLabel(form == CardForm::compact ? TextRole::caption : TextRole::body, TextTone::secondary, this);
+  note_ = form == CardForm::wide ? new FigureLabel(TextRole::strong, TextTone::primary, this)
+                                 : new FigureLabel(form == CardForm::compact ? TextRole::caption : TextRole::body,
+                                                   TextTone::secondary, this);
   note_->setObjectName(objectName + QStringLiteral(".note"));
   note_->hide();
   if (form == CardForm::wide) {
@@ -54,7 +61,7 @@ void GaugeBody::buildWide(Graphic graphic) {
   row->setSpacing(wideSpacing);
   row->addWidget(ring_, 0, Qt::AlignVCenter);
   auto* column = new QVBoxLayout;
-  column->setSpacing(6);
+  column->setSpacing(10);
   column->addStretch();
   auto* remark = new QHBoxLayout;
   remark->setSpacing(6);
@@ -66,6 +73,7 @@ void GaugeBody::buildWide(Graphic graphic) {
   row->addLayout(column, graphic == Graphic::level ? 1 : 0);
   if (graphic == Graphic::history) {
     facts_->setFixedWidth(factsWidth);
+    history_->setFixedHeight(wideSparklineHeight);
     row->addWidget(history_, 1);
   }
 }
@@ -103,6 +111,7 @@ void GaugeBody::buildCompact(Graphic graphic) {
   row->addStretch();
   column->addLayout(row);
   if (graphic == Graphic::history) {
+    history_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     column->addWidget(history_, 1);
     return;
   }

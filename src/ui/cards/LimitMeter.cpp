@@ -18,7 +18,7 @@ namespace {
 
 constexpr double warningFraction = 0.80;
 constexpr double dangerFraction = 0.95;
-constexpr int ringDiameter = 84;
+constexpr int ringDiameter = 92;
 
 TextTone toneOf(double fraction) {
   if (fraction >= dangerFraction) return TextTone::danger;
@@ -74,7 +74,9 @@ void LimitMeter::buildRing(const QString& objectName) {
   column->setSpacing(4);
   column->addStretch();
   column->addWidget(title_);
+  clock_ = new FigureLabel(TextRole::caption, TextTone::secondary, this);
   column->addWidget(reset_);
+  column->addWidget(clock_);
   column->addStretch();
   row->addLayout(column, 1);
 }
@@ -87,7 +89,7 @@ void LimitMeter::buildLine(CardForm form, const QString& objectName) {
   level_->setTint(tint_);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(form == CardForm::compact ? 3 : 5);
+  column->setSpacing(form == CardForm::compact ? 4 : 6);
   auto* row = new QHBoxLayout;
   row->setSpacing(8);
   row->addWidget(title_);
@@ -105,7 +107,7 @@ QString LimitMeter::resetText(std::optional<Date> resetAt, Date now, const Calen
   if (!resetAt) return QStringLiteral("—");
   const std::optional<std::string> left = timeLeftText(*resetAt, now);
   if (!left) return qtText(QM_TR("窗口已重置"));
-  if (form_ == CardForm::compact) return qtText(L10n::format(QM_TR("%@ 后重置"), {*left}));
+  if (form_ != CardForm::regular) return qtText(L10n::format(QM_TR("%@ 后重置"), {*left}));
   const std::string clock = clockText(*resetAt, now, calendar).toStdString();
   return qtText(L10n::format(QM_TR("%@ 后重置 · %@"), {*left, clock}));
 }
@@ -124,6 +126,7 @@ void LimitMeter::show(std::optional<double> used, std::optional<Date> resetAt, D
     ring_->setFraction(shown);
     ring_->setText(isOver ? QStringLiteral("—") : text);
     ring_->setAccessibleName(title_->text());
+    clock_->setText(used && resetAt ? clockText(*resetAt, now, calendar) : QString());
     return;
   }
   level_->setTint(tint);

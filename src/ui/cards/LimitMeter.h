@@ -33,6 +33,7 @@ class LimitMeter : public QWidget {
   FigureLabel* title_;
   FigureLabel* figure_ = nullptr;
   FigureLabel* reset_;
+  FigureLabel* clock_ = nullptr;  // beside the ring: when that is
   LevelBar* level_ = nullptr;
   RingGauge* ring_ = nullptr;
 };

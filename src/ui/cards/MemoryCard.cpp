@@ -17,6 +17,7 @@ namespace quillmeter {
 namespace {
 
 constexpr double cardRadius = 14;
+constexpr int headerHeight = 28;
 
 }  // namespace
 
@@ -32,6 +33,7 @@ MemoryCard::MemoryCard(DashboardCardSize size, ComponentPlacement placement, con
   name(message_, "message");
   name(sweep_, "sweep");
   message_->hide();
+  clean_->setFixedHeight(headerHeight);
   addHeaderControl(clean_);
   content()->addWidget(body_, 1);
   content()->addWidget(message_);

@@ -14,6 +14,8 @@ namespace quillmeter {
 namespace {
 
 constexpr int arrowSpacing = 6;
+constexpr int historyHeight = 44;
+constexpr int wideHistoryHeight = 72;
 constexpr int sectionSpacing = 24;
 
 }  // namespace
@@ -31,6 +33,9 @@ NetworkCard::NetworkCard(DashboardCardSize size, ComponentPlacement placement, c
   down_ = addRate(rates, "↓", "down");
   up_ = addRate(rates, "↑", "up");
   row->addLayout(rates);
+  if (isCompact) history_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  if (form() == CardForm::wide) history_->setFixedHeight(wideHistoryHeight);
+  if (form() == CardForm::regular) history_->setFixedHeight(historyHeight);
   row->addWidget(history_, 1);
   content()->addLayout(row, 1);
   if (isCompact) return;

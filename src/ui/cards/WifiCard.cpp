@@ -19,6 +19,7 @@ namespace {
 
 constexpr int signalSteps = 4;
 constexpr int symbolPoints = 22;
+constexpr int tileColumns = 3;
 
 // As desktops draw it: from about -55 dBm a link is as fast as it gets, below -80 dBm it breaks.
 int signalLevel(int dBm) {
@@ -70,7 +71,7 @@ WifiCard::WifiCard(DashboardCardSize size, ComponentPlacement placement, const U
 }
 
 void WifiCard::buildFacts() {
-  facts_ = new FactList(this, form() == CardForm::wide ? 2 : 1);
+  facts_ = form() == CardForm::wide ? new FactList(this, tileColumns) : new FactList(this);
   power_ = facts_->add(QStringLiteral("card.wifi.power"));
   signal_ = facts_->add(QStringLiteral("card.wifi.rssi"));
   rate_ = facts_->add(QStringLiteral("card.wifi.rate"));
