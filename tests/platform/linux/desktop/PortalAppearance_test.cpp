@@ -1,0 +1,144 @@
+#include "platform/linux/desktop/PortalAppearance.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <QDBusVariant>
+
+#include "screentime/desktop/EventLoop.h"
+#include "screentime/desktop/MessageBus.h"
+
+namespace quillmeter::test {
+namespace {
+
+const std::string portal = "org.freedesktop.portal.Desktop";
+const std::string portalPath = "/org/freedesktop/portal/desktop";
+const std::string settingsInterface = "org.freedesktop.portal.Settings";
+const std::string appearanceGroup = "org.freedesktop.appearance";
+const std::string interfaceGroup = "org.gnome.desktop.interface";
+const std::string accessibilityGroup = "org.gnome.desktop.a11y.interface";
+
+// A session bus of the test's own and what the program learns from it.
+class DesktopPortal : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!MessageBus::missing().empty()) GTEST_SKIP() << MessageBus::missing();
+    ASSERT_FALSE(bus_.address().empty());
+  }
+  void TearDown() override {
+    appearance_.reset();
+    connection_.reset();
+    QDBusConnection::disconnectFromBus(QStringLiteral("appearance"));
+  }
+  // A portal that answers with these groups, in Python. Without them it has no settings.
+  void startPortal(const std::string& groups) {
+    portal_ = bus_.startMock(portal, portalPath, settingsInterface);
+    if (!groups.empty())
+      bus_.addMethod(portal, portalPath, settingsInterface, "ReadAll", "as", "a{sa{sv}}", "ret = " + groups);
+  }
+  void watch() {
+    connection_ = QDBusConnection::connectToBus(QString::fromStdString(bus_.address()), QStringLiteral("appearance"));
+    appearance_.emplace(*connection_);
+    appearance_->setChangeHandler([this] { told_.push_back(appearance_->current()); });
+  }
+  void change(const std::string& group, const std::string& key, const QVariant& value) {
+    bus_.emitSignal(
+        portal, portalPath, settingsInterface, "SettingChanged", "ssv",
+        {QString::fromStdString(group), QString::fromStdString(key), QVariant::fromValue(QDBusVariant(value))});
+  }
+  bool becomes(const AppearancePreferences& preferences) {
+    return waitUntil([&] { return appearance_->current() == preferences; });
+  }
+
+  MessageBus bus_;
+  ChildProcess portal_;
+  std::optional<QDBusConnection> connection_;
+  std::optional<PortalAppearance> appearance_;
+  std::vector<AppearancePreferences> told_;
+};
+
+const std::string darkGroups =
+    "{'org.freedesktop.appearance': {'color-scheme': dbus.UInt32(1, variant_level=1)}, "
+    "'org.gnome.desktop.interface': {'enable-animations': dbus.Boolean(False, variant_level=1)}, "
+    "'org.gnome.desktop.a11y.interface': {'high-contrast': dbus.Boolean(True, variant_level=1)}, "
+    "'org.example': {'color-scheme': dbus.UInt32(2, variant_level=1)}}";
+
+TEST_F(DesktopPortal, isReadOnceItHasAnswered) {
+  startPortal(darkGroups);
+  watch();
+  EXPECT_EQ(appearance_->current(), AppearancePreferences()) << "nothing waits for the answer";
+  EXPECT_TRUE(becomes({.dark = true, .highContrast = true, .reducedMotion = true}));
+  EXPECT_EQ(told_, (std::vector<AppearancePreferences>{{true, true, true}}));
+}
+
+TEST_F(DesktopPortal, tellsOfEachChangeThatMatters) {
+  startPortal("{'org.freedesktop.appearance': {'color-scheme': dbus.UInt32(2, variant_level=1)}}");
+  watch();
+  // Its first answer prefers nothing; a first change that arrives says that it is listened to.
+  ASSERT_TRUE(waitUntil([&] {
+    change(appearanceGroup, "color-scheme", 1U);
+    return appearance_->current().dark;
+  }));
+  struct Step {
+    std::string group;
+    std::string key;
+    QVariant value;
+    AppearancePreferences expected;
+  };
+  const std::vector<Step> steps = {
+      {appearanceGroup, "contrast", 1U, {true, true, false}},
+      {appearanceGroup, "contrast", 0U, {true, false, false}},
+      {accessibilityGroup, "high-contrast", true, {true, true, false}},
+      {interfaceGroup, "enable-animations", false, {true, true, true}},
+      {accessibilityGroup, "high-contrast", false, {true, false, true}},
+      {interfaceGroup, "enable-animations", true, {true, false, false}},
+      {appearanceGroup, "reduced-motion", 1U, {true, false, true}},
+      {appearanceGroup, "color-scheme", 2U, {false, false, true}},
+      {appearanceGroup, "reduced-motion", 0U, {false, false, false}},
+  };
+  told_.clear();
+  std::vector<AppearancePreferences> expected;
+  for (const Step& step : steps) {
+    change(step.group, step.key, step.value);
+    // Neither is news.
+    change(step.group, step.key, step.value);
+    change(interfaceGroup, "font-name", QStringLiteral("Sans 11"));
+    expected.push_back(step.expected);
+    EXPECT_TRUE(waitUntil([&] { return told_.size() >= expected.size(); })) << step.key;
+  }
+  EXPECT_EQ(told_, expected);
+}
+
+TEST_F(DesktopPortal, isFoundWhenItStartsLaterAndMissedQuietly) {
+  watch();
+  EXPECT_FALSE(waitUntil([&] { return !told_.empty(); }, 0.2));
+  // It has its name before it can answer, which is no answer then.
+  startPortal("");
+  ASSERT_TRUE(waitUntil([&] {
+    change(appearanceGroup, "color-scheme", 1U);
+    return appearance_->current().dark;
+  }));
+  portal_.end();
+  ASSERT_TRUE(waitUntil([&] { return !bus_.hasName(portal); }));
+  EXPECT_FALSE(waitUntil([&] { return !appearance_->current().dark; }, 0.2)) << "a restart must not flash";
+}
+
+TEST_F(DesktopPortal, withValuesOfOtherTypesPrefersNothing) {
+  startPortal(
+      "{'org.freedesktop.appearance': {'color-scheme': dbus.String('dark', variant_level=1), "
+      "'contrast': dbus.Int64(1, variant_level=1)}, "
+      "'org.gnome.desktop.interface': {'enable-animations': dbus.String('false', variant_level=1)}, "
+      "'org.gnome.desktop.a11y.interface': {'high-contrast': dbus.Boolean(True, variant_level=2)}}");
+  watch();
+  EXPECT_TRUE(becomes({.highContrast = true})) << "only what is wrapped twice is understood";
+}
+
+TEST_F(DesktopPortal, withoutABusPrefersNothing) {
+  const PortalAppearance lonely(QDBusConnection(QStringLiteral("nowhere")));
+  EXPECT_EQ(lonely.current(), AppearancePreferences());
+}
+
+}  // namespace
+}  // namespace quillmeter::test
