@@ -22,6 +22,7 @@ class SettingsWindow : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void retranslate();
   struct Parts;
   std::unique_ptr<Parts> parts_;
 };
