@@ -2,6 +2,7 @@
 # What programs cost while they run unattended: processor time, wake-ups and memory, all measured over the same time.
 #
 #   tools/measure_cost.sh QUILLMETERCTL [HOME_DIR]    `watch --interval 2` beside i3status, with the targets
+#   tools/measure_cost.sh --app QUILLMETER [HOME_DIR] the desktop application idle in a tray, with its targets (measure_app_cost.sh)
 #   tools/measure_cost.sh --pid PID                   a process that runs already
 #
 # HOME_DIR is one that generate_log_home made: its .codex and .claude are connected. SECONDS_MEASURED (60) and SECONDS_SETTLED (45, which
@@ -31,6 +32,7 @@ report() {
   cpu=$(awk -v t=$((b[0] - a[0])) -v hz="$(getconf CLK_TCK)" -v s="$seconds" 'BEGIN { printf "%.3f", t / hz * 60 / s }')
   wakeups=$(awk -v n=$((b[1] - a[1])) -v s="$seconds" 'BEGIN { printf "%.2f", n / s }')
   rss=${b[2]}
+  pss=${b[3]}
   growth=$((b[2] - a[2]))
   printf '%-12s %6s CPU s a minute  %5s wake-ups a second  RSS %6d kB (%+d)  PSS %6d kB\n' "$1" "$cpu" "$wakeups" "$rss" "$growth" "${b[3]}"
 }
@@ -40,6 +42,19 @@ if [ "${1:-}" = --pid ]; then
   sleep "$seconds"
   report "$(cat "/proc/$2/comm")" "$first" "$(reading "$2")"
   exit 0
+fi
+
+missed=0
+target() {  # target NAME VALUE BOUND UNIT
+  awk -v v="$2" -v b="$3" 'BEGIN { exit !(v > b) }' || return 0
+  echo "missed: $1 is $2 $4, at most $3" >&2
+  missed=1
+}
+
+if [ "${1:-}" = --app ]; then
+  shift
+  . "$(dirname "${BASH_SOURCE[0]}")/measure_app_cost.sh"
+  exit $missed
 fi
 
 tool=$(realpath "$1")
@@ -94,12 +109,6 @@ watch_last=$(reading "$watched")
 [ -z "$bar" ] || report i3status "$bar_first" "$(reading "$bar")"
 report watch "$watch_first" "$watch_last"
 
-missed=0
-target() {  # target NAME VALUE BOUND UNIT
-  awk -v v="$2" -v b="$3" 'BEGIN { exit !(v > b) }' || return 0
-  echo "missed: $1 is $2 $4, at most $3" >&2
-  missed=1
-}
 target "processor time" "$cpu" 0.06 "s a minute"
 target "wake-ups" "$wakeups" 1 "a second"
 target "resident memory" "$rss" 16384 kB

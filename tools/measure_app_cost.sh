@@ -1,0 +1,134 @@
+# The desktop application's part of measure_cost.sh, which sources it: QUILLMETER [HOME_DIR].
+#
+# Measured offscreen and on a private X server with a tray (trayer), each with a session bus of its own and default settings: the time from start
+# to the icon in the tray, the cost over a minute in which nothing is open, and the memory after ROUNDS (200) openings and closings of the dashboard
+# and the popover. Needs xvfb openbox trayer xdotool wmctrl dbus-daemon; other load falsifies the times.
+rounds=${ROUNDS:-200}
+starts=${STARTS:-9}
+application=$(realpath "$1")
+tool=$(dirname "$application")/quillmeterctl
+[ -x "$tool" ] || tool=$(dirname "$application")/../ctl/quillmeterctl
+home=${2:+$(realpath "$2")}
+scratch=$(mktemp -d)
+memory=$(mktemp -d -p /dev/shm)
+chmod 700 "$memory"
+children=()
+finish() {
+  for child in "${children[@]}"; do kill "$child" 2>/dev/null || true; done
+  wait
+  rm -rf "$scratch" "$memory"
+}
+trap finish EXIT
+unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS DBUS_SYSTEM_BUS_ADDRESS
+export HOME=$scratch XDG_CONFIG_HOME=$scratch/config XDG_RUNTIME_DIR=$memory XDG_STATE_HOME=$scratch/state XDG_DATA_HOME=$scratch/data
+# Not a first start, so that a start without --hidden shows the dashboard.
+"$tool" settings set settings.onboardingVersion 999 >/dev/null 2>&1 || true
+if [ -n "$home" ]; then
+  "$tool" connect codex "$home/.codex" >/dev/null
+  "$tool" connect claude "$home/.claude" >/dev/null
+fi
+
+start_bus() {
+  local address=$memory/bus
+  rm -f "$address"
+  dbus-daemon --session --nofork --address="unix:path=$address" 2>/dev/null &
+  children+=($!)
+  until [ -S "$address" ]; do sleep 0.05; done
+  export DBUS_SESSION_BUS_ADDRESS=unix:path=$address
+}
+
+ask() { dbus-send --session --print-reply --dest=com.kesto.Quillmeter /com/kesto/Quillmeter "org.freedesktop.Application.$1" "${@:2}" >/dev/null 2>&1; }
+act() { ask ActivateAction string:"$1" array:string: dict:string:string: || "$application" --action "$1"; }
+
+start_application() {
+  "$application" --hidden 2>"$scratch/messages" &
+  app=$!
+  children+=("$app")
+}
+
+end_application() {
+  kill "$app" 2>/dev/null || true
+  wait "$app" 2>/dev/null || true
+}
+
+start_display() {
+  local number=$scratch/display
+  Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$number" >/dev/null 2>&1 &
+  children+=($!)
+  until [ -s "$number" ]; do sleep 0.05; done
+  export DISPLAY=:$(cat "$number")
+  openbox --sm-disable >/dev/null 2>&1 &
+  children+=($!)
+  trayer --edge top --align right --widthtype request --height 28 >/dev/null 2>&1 &
+  children+=($!)
+  until xdotool search --onlyvisible --class trayer >/dev/null 2>&1; do sleep 0.1; done
+}
+
+# Until its window in the tray is mapped; looked for as often as possible.
+milliseconds_to_icon() {
+  local begin end
+  begin=$(date +%s%N)
+  start_application
+  until xdotool search --onlyvisible --class quillmeter >/dev/null 2>&1; do
+    kill -0 "$app" 2>/dev/null || { cat "$scratch/messages" >&2; exit 1; }
+  done
+  end=$(date +%s%N)
+  echo $(((end - begin) / 1000000)) >>"$scratch/starts"
+}
+
+idle_cost() {  # idle_cost NAME
+  local first
+  sleep "$settle"
+  first=$(reading "$app")
+  sleep "$seconds"
+  report "$1" "$first" "$(reading "$app")"
+  target "$1: processor time" "$cpu" 0.10 "s a minute"
+  target "$1: wake-ups" "$wakeups" 2 "a second"
+  target "$1: memory (PSS)" "$pss" 28672 kB
+}
+
+pss_now() { awk '/^Pss:/ { print $2 }' "/proc/$app/smaps_rollup"; }
+
+windows() { wmctrl -l 2>/dev/null | awk '{ print $1 }'; }
+
+open_and_close() {
+  act open-dashboard
+  until [ -n "$(windows)" ]; do sleep 0.02; done
+  for window in $(windows); do wmctrl -i -c "$window"; done
+  until [ -z "$(windows)" ]; do sleep 0.02; done
+  act toggle-popover
+  act toggle-popover
+}
+
+growth_after_rounds() {
+  local before warm after
+  before=$(pss_now)
+  for _ in 1 2 3; do open_and_close; done
+  sleep 10
+  warm=$(pss_now)
+  for _ in $(seq "$rounds"); do open_and_close; done
+  sleep 10
+  after=$(pss_now)
+  printf 'PSS: %d kB before the first opening, %d after three, %d after %d more (%+d kB, %+d since the third)\n' \
+    "$before" "$warm" "$after" "$rounds" $((after - before)) $((after - warm))
+  target "memory that $rounds openings leave" $((after - before)) 2048 kB
+}
+
+start_bus
+QT_QPA_PLATFORM=offscreen start_application
+idle_cost offscreen
+end_application
+
+start_display
+export QT_QPA_PLATFORM=xcb
+: >"$scratch/starts"
+for _ in $(seq "$starts"); do
+  milliseconds_to_icon
+  [ "$(wc -l <"$scratch/starts")" -eq "$starts" ] || end_application
+done
+median=$(sort -n "$scratch/starts" | sed -n "$(((starts + 1) / 2))p")
+echo "start to tray icon: $median ms (median of $starts: $(sort -n "$scratch/starts" | tr '\n' ' '))"
+target "start to tray icon" "$median" 250 ms
+idle_cost tray
+growth_after_rounds
+end_application
