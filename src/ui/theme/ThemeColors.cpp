@@ -28,15 +28,15 @@ ThemeColors light() {
       .separator = rgb(0xEBEDF1),
       .text = rgb(0x1B1E24),
       .secondaryText = rgb(0x5A616E),
-      .tertiaryText = rgb(0x838A97),
-      .accent = rgb(0x2A6AE3),
+      .tertiaryText = rgb(0x7F8693),
+      .accent = rgb(0x2563DC),
       .accentText = rgb(0xFFFFFF),
       .selection = rgb(0xDDE8FE),
       .track = rgb(0xE6E9EE),
       .success = rgb(0x187A4F),
       .warning = rgb(0x9A5B00),
       .danger = rgb(0xC72F28),
-      .focus = rgb(0x2A6AE3),
+      .focus = rgb(0x2563DC),
   };
 }
 

@@ -46,10 +46,14 @@ BarChartLayout::BarChartLayout(const QRectF& area, std::span<const ChartBar> bar
 void BarChartLayout::thinOut(std::span<const ChartBar> bars, const QFont& font) {
   for (const ChartBar& bar : bars) widestLabel_ = std::max(widestLabel_, TabularText::width(bar.label, font));
   const double column = plot_.width() / static_cast<double>(count_);
-  const auto stride =
-      std::max<std::size_t>(1, static_cast<std::size_t>(std::ceil((widestLabel_ + labelDistance) / column)));
+  const auto stride = static_cast<std::size_t>(std::max(1.0, std::ceil((widestLabel_ + labelDistance) / column)));
+  double end = -labelDistance;
   for (std::size_t index = 0; index < count_; index += stride) {
-    if (!bars[index].label.isEmpty()) labelled_.push_back(index);
+    // An outermost label that had to move inwards may be too close to its neighbour.
+    const QRectF place = label(index);
+    if (bars[index].label.isEmpty() || place.left() < end + labelDistance / 2) continue;
+    labelled_.push_back(index);
+    end = place.right();
   }
 }
 
