@@ -77,7 +77,7 @@ SampleDepth MonitorStore::fastDepth() {
   const std::uint64_t revision = services_.preferences.revision();
   if (revision != layoutRevision_) {
     layoutRevision_ = revision;
-    showsBattery_ = services_.preferences.value(SettingsKeys::menuBarStyle) == SettingsKeys::defaultMenuBarStyle ||
+    showsBattery_ = SettingsKeys::chosenMenuBarStyle(services_.preferences) == SettingsKeys::defaultMenuBarStyle ||
                     DashboardLayoutStorage::hasConnectionOrAudioCards(services_.preferences);
   }
   return showsBattery_ ? SampleDepth::fastWithBattery : SampleDepth::fast;

@@ -101,6 +101,11 @@ void registerDefaults(PreferenceStore& store) {
   store.registerDefaults(defaults);
 }
 
+std::string_view chosenMenuBarStyle(const PreferenceStore& store) {
+  const auto named = std::ranges::find(menuBarStyles, store.value(menuBarStyle));
+  return named == menuBarStyles.end() ? defaultMenuBarStyle : *named;
+}
+
 void prepareOnboardingForLaunch(PreferenceStore& store, const std::optional<std::string>& bundleIdentifier) {
   if (!bundleIdentifier || *bundleIdentifier != store.domain().name()) return;
   const auto written = store.domain().snapshot();

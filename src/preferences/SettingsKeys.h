@@ -76,6 +76,10 @@ std::string_view keyOf(const AnySetting& setting);
 // Puts the fourteen registered defaults into the registration layer. Nothing is written.
 void registerDefaults(PreferenceStore& store);
 
+// The stored style of the item in the panel; a text that names none counts as the default style, for everybody who reads
+// or draws by it.
+std::string_view chosenMenuBarStyle(const PreferenceStore& store);
+
 // Marks the onboarding as done for a user who comes from an older version: one whose written domain holds settings but
 // no onboarding version. Run at launch before the first window.
 void prepareOnboardingForLaunch(PreferenceStore& store, const std::optional<std::string>& bundleIdentifier);

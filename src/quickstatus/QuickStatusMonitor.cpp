@@ -1,6 +1,5 @@
 #include "quickstatus/QuickStatusMonitor.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "base/L10n.h"
@@ -25,11 +24,8 @@ QuickStatusMonitor::~QuickStatusMonitor() {
   *self_ = nullptr;
 }
 
-// A stored style that is none is drawn as the default one, which shows the connection.
 bool QuickStatusMonitor::isShown() const {
-  const std::string style = services_.preferences.value(SettingsKeys::menuBarStyle);
-  return style == SettingsKeys::defaultMenuBarStyle ||
-         std::ranges::find(SettingsKeys::menuBarStyles, style) == SettingsKeys::menuBarStyles.end() ||
+  return SettingsKeys::chosenMenuBarStyle(services_.preferences) == SettingsKeys::defaultMenuBarStyle ||
          DashboardLayoutStorage::hasConnectionOrAudioCards(services_.preferences);
 }
 

@@ -168,6 +168,16 @@ TEST_F(MonitorStoreTest, theBatteryFollowsEachTickWhereItIsShown) {
   EXPECT_FALSE(widgetRecord().contains("batteryLevel"));
 }
 
+TEST_F(MonitorStoreTest, aStyleThatIsNoneIsReadForAsItIsDrawn) {
+  setBattery(60, false);
+  ASSERT_TRUE(preferences.set(SettingsKeys::menuBarStyle.key, std::string("no such style")));
+  MonitorStore& monitor = makeStore();
+  monitor.start();
+  setBattery(40, false);
+  timers.advance(2);
+  EXPECT_DOUBLE_EQ(*monitor.system().batteryLevel, 0.4) << "the default style shows the battery";
+}
+
 TEST_F(MonitorStoreTest, anEnabledConnectionCardHasTheBatteryReadOnFastTicks) {
   setBattery(60, false);
   ASSERT_TRUE(preferences.set(SettingsKeys::menuBarStyle.key, std::string("metrics")));

@@ -23,7 +23,7 @@ std::optional<MenuBarStyle> menuBarStyle(std::string_view rawValue) {
 }
 
 MenuBarStyle chosenMenuBarStyle(const PreferenceStore& preferences) {
-  return menuBarStyle(preferences.value(SettingsKeys::menuBarStyle)).value_or(defaultMenuBarStyle);
+  return menuBarStyle(SettingsKeys::chosenMenuBarStyle(preferences)).value_or(defaultMenuBarStyle);
 }
 
 }  // namespace quillmeter
