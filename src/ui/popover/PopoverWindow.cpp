@@ -42,6 +42,14 @@ QScrollArea* scrollAreaOf(QWidget* content, QWidget* parent) {
   return area;
 }
 
+// What the widget's content needs at the popover's width.
+int heightOf(const QWidget& widget) {
+  QLayout* layout = widget.layout();
+  layout->activate();
+  return layout->hasHeightForWidth() ? layout->totalHeightForWidth(PopoverWindow::popoverWidth)
+                                     : layout->totalSizeHint().height();
+}
+
 }  // namespace
 
 struct PopoverWindow::Parts {
@@ -99,17 +107,16 @@ void PopoverWindow::showEvent(QShowEvent* event) {
   fit();
 }
 
-// As high as the content, and where it belongs with that height.
+// As high as the content, and where it belongs with that height. A scroll bar stands in the margin, so that the cards
+// keep their width.
 void PopoverWindow::fit() {
   parts_->fitSoon.stop();
-  QLayout* cards = parts_->cards->layout();
-  cards->activate();
-  const int content =
-      cards->hasHeightForWidth() ? cards->totalHeightForWidth(popoverWidth) : cards->totalSizeHint().height();
-  QLayout* footer = parts_->footer->layout();
-  const int below =
-      footer->hasHeightForWidth() ? footer->totalHeightForWidth(popoverWidth) : footer->totalSizeHint().height();
   const int most = static_cast<int>(parts_->available.height() * greatestShareOfScreen);
+  const int below = heightOf(*parts_->footer);
+  const int content = heightOf(*parts_->cards);
+  const bool scrolls = content + below > most;
+  const int bar = scrolls ? parts_->scroll->verticalScrollBar()->sizeHint().width() : 0;
+  parts_->cards->layout()->setContentsMargins(margin, margin, std::max(0, margin - bar), margin);
   const QSize wanted(popoverWidth, std::min(content + below, most));
   if (wanted == parts_->fitted) return;
   parts_->fitted = wanted;

@@ -133,6 +133,24 @@ TEST_F(Popover, scrollsWhatIsHigherThanFourFifthsOfTheScreen) {
   EXPECT_TRUE(child<QAbstractButton>("popover.dashboard")->isVisible()) << "the ways out stay in view";
 }
 
+TEST_F(Popover, everyCardFitsItsWidthInBothLanguages) {
+  for (const DashboardCardSize size : {DashboardCardSize::small, DashboardCardSize::large}) {
+    std::vector<DashboardCardConfig> all;
+    for (const MonitorComponentKind kind : allMonitorComponentKinds) all.push_back({kind, size, true});
+    setLayout(all);
+    for (const char* language : {"zh-Hans", "en"}) {
+      services_.useLanguage(language);
+      settle();
+      for (const MonitorCard* card : cards()) {
+        EXPECT_LE(card->minimumSizeHint().width(), card->width()) << rawValue(card->kind()) << language;
+        EXPECT_LE(card->mapTo(window_, QPoint(card->width(), 0)).x(), window_->width() - 10)
+            << rawValue(card->kind()) << language;
+      }
+    }
+  }
+  services_.useLanguage("zh-Hans");
+}
+
 TEST_F(Popover, saysHowOldTheScanIsAndWhatIsWrongWithIt) {
   const auto* age = child<FigureLabel>("popover.age");
   const auto* message = child<QLabel>("popover.message");
