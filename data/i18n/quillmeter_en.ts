@@ -383,7 +383,7 @@
     <message id="统计范围"><source/><translation>Range</translation></message>
     <message id="去连接"><source/><translation>Connect</translation></message>
     <message id="这段时间没有用量"><source/><translation>No usage in this time</translation></message>
-    <message id="连接 Agent 的日志文件夹后，在这里显示 Token 用量。"><source/><translation>Connect an agent’s log folder to see its token usage here.</translation></message>
+    <message id="连接 Agent 的日志文件夹后，在这里显示 Token 用量。"><source/><translation>Connect agents to see their token usage here.</translation></message>
     <message id="连接 Agent"><source/><translation>Connect Agents</translation></message>
     <message id="信号"><source/><translation>Signal</translation></message>
     <message id="速率"><source/><translation>Rate</translation></message>
@@ -436,7 +436,7 @@
     <message id="恢复默认布局"><source/><translation>Restore defaults</translation></message>
     <message id="编辑"><source/><translation>Edit</translation></message>
     <message id="没有显示任何卡片。点“编辑”，从隐藏的卡片中选择。"><source/><translation>No cards are shown. Choose Edit to bring hidden cards back.</translation></message>
-    <message id="拖动卡片排列，或用 Ctrl 加方向键移动"><source/><translation>Drag cards to arrange them, or use Ctrl and the arrow keys</translation></message>
+    <message id="拖动卡片排列，或用 Ctrl 加方向键移动"><source/><translation>Drag cards, or move them with Ctrl and arrows</translation></message>
     <message id="隐藏的卡片"><source/><translation>Hidden cards</translation></message>
     <message id="所有卡片都已显示。"><source/><translation>All cards are shown.</translation></message>
     <message id="显示“%@”"><source/><translation>Show “%@”</translation></message>
@@ -452,11 +452,11 @@
     <message id="各个 Agent"><source/><translation>Agents</translation></message>
     <message id="开启监控"><source/><translation>Turn on monitoring</translation></message>
     <message id="读取系统公开的数值：处理器、内存、磁盘、电量、网络与声音。"><source/><translation>Reads what the system makes public: processor, memory, disk, battery, network and sound.</translation></message>
-    <message id="从 Agent 日志中只读取用量计数和时间，从不读取提示词、代码或工具输出。"><source/><translation>Reads only usage counts and times from the agents’ logs, never prompts, code or tool output.</translation></message>
+    <message id="从 Agent 日志中只读取用量计数和时间，从不读取提示词、代码或工具输出。"><source/><translation>Reads only usage counts and times from agent logs, never prompts, code or tool output.</translation></message>
     <message id="任何数据都不会离开这台电脑；只有在你检查更新时才会联网。"><source/><translation>Nothing leaves this computer; it goes online only when you check for updates.</translation></message>
     <message id="关于"><source/><translation>About</translation></message>
     <message id="版本 %@"><source/><translation>Version %@</translation></message>
-    <message id="这台电脑的状态与 AI 编程助手的 Token 用量，一眼可见。"><source/><translation>This computer’s state and the token use of your AI coding agents at a glance.</translation></message>
+    <message id="这台电脑的状态与 AI 编程助手的 Token 用量，一眼可见。"><source/><translation>The state of this computer and the token use of your AI coding agents at a glance.</translation></message>
     <message id="更新"><source/><translation>Updates</translation></message>
     <message id="检查更新"><source/><translation>Check for Updates</translation></message>
     <message id="下载新版本"><source/><translation>Download New Version</translation></message>
@@ -502,9 +502,9 @@
     <message id="彩色"><source/><translation>Colour</translation></message>
     <message id="音量弧线"><source/><translation>Volume arc</translation></message>
     <message id="声音设备"><source/><translation>Sound device</translation></message>
-    <message id="蓝牙音频连接时显示设备图标"><source/><translation>Shows the device’s symbol while Bluetooth audio is connected</translation></message>
+    <message id="蓝牙音频连接时显示设备图标"><source/><translation>Shows the symbol of the device while Bluetooth audio is connected</translation></message>
     <message id="%@ 点"><source/><translation>%@ pt</translation></message>
-    <message id="充电时显示闪电，接通电源时显示插头；网络断开时优先显示网络状态。"><source/><translation>Shows a bolt while charging and a plug on external power; without a network, the network’s state comes first.</translation></message>
+    <message id="充电时显示闪电，接通电源时显示插头；网络断开时优先显示网络状态。"><source/><translation>Shows a bolt while charging and a plug on external power; without a network, that comes first.</translation></message>
     <message id="图标够大时显示在圆环中间，让位于电源与网络状态。"><source/><translation>Shown within the rings where the icon is large enough; power and network state come first.</translation></message>
     <message id="每天与每周的使用时间"><source/><translation>Time used each day and week</translation></message>
     <message id="打开"><source/><translation>Open</translation></message>
@@ -533,5 +533,7 @@
     <message id="笔记本"><source/><translation>Laptop</translation></message>
     <message id="终端"><source/><translation>Terminal</translation></message>
     <message id="日志来源"><source/><translation>Log sources</translation></message>
+    <message id="组件布局"><source/><translation>Components</translation></message>
+    <message id="距重置"><source/><translation>Resets in</translation></message>
 </context>
 </TS>
