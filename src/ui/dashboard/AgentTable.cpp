@@ -49,9 +49,29 @@ QColor stateColor(const AgentRow& row, const ThemeColors& colors) {
   return colors.tertiaryText;
 }
 
+QString sentenceCase(const QString& text) {
+  return text.left(1).toUpper() + text.mid(1);
+}
+
 const AgentRow& rowOf(const QModelIndex& index) {
   return dynamic_cast<const AgentTableModel*>(index.model())->row(index.row());
 }
+
+// The titles of the columns, in line with what stands below them.
+class AgentTableHeader final : public QHeaderView {
+ public:
+  explicit AgentTableHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {}
+  QSize sizeHint() const override { return {0, QFontMetrics(fontFor(TextRole::caption)).height() + 12}; }
+
+ protected:
+  void paintSection(QPainter* painter, const QRect& section, int column) const override {
+    painter->setFont(fontFor(TextRole::caption));
+    painter->setPen(ThemeColors::of(palette()).secondaryText);
+    const Qt::Alignment side = column == Column::name ? Qt::AlignLeft : Qt::AlignRight;
+    painter->drawText(section.adjusted(inset, 0, -inset, 0), static_cast<int>(side | Qt::AlignVCenter),
+                      model()->headerData(column, Qt::Horizontal).toString());
+  }
+};
 
 // Name and state in two lines beside the symbol; figures with their digits in line.
 class AgentCellDelegate final : public QStyledItemDelegate {
@@ -108,9 +128,9 @@ class AgentCellDelegate final : public QStyledItemDelegate {
     painter.setFont(stateFont);
     painter.setPen(row.unreadableSources > 0 ? colors.warning : colors.secondaryText);
     const int textLeft = left + dotEdge + 6;
-    painter.drawText(QRect(textLeft, stateTop, cell.right() - textLeft, stateMetrics.height()),
-                     Qt::AlignLeft | Qt::AlignVCenter,
-                     stateMetrics.elidedText(qtText(row.stateText()), Qt::ElideRight, cell.right() - textLeft));
+    painter.drawText(
+        QRect(textLeft, stateTop, cell.right() - textLeft, stateMetrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
+        stateMetrics.elidedText(sentenceCase(qtText(row.stateText())), Qt::ElideRight, cell.right() - textLeft));
   }
 };
 
@@ -119,6 +139,7 @@ class AgentCellDelegate final : public QStyledItemDelegate {
 AgentTable::AgentTable(std::function<void(AgentLogProvider)> open, QWidget* parent)
     : QTreeView(parent), open_(std::move(open)), model_(new AgentTableModel(this)) {
   setObjectName(QStringLiteral("dashboard.agents.table"));
+  setHeader(new AgentTableHeader(this));
   setModel(model_);
   setItemDelegate(new AgentCellDelegate(this));
   setRootIsDecorated(false);
@@ -168,7 +189,7 @@ QSize AgentTable::minimumSizeHint() const {
 
 // Each column as wide as its title and the widest figure; the rest is the name's.
 void AgentTable::fitColumns() {
-  const QFontMetrics titles(header()->font());
+  const QFontMetrics titles(fontFor(TextRole::caption));
   const QFont figures = fontFor(TextRole::strong);
   const auto wanted = [&](int column) {
     double width = titles.horizontalAdvance(model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
@@ -205,7 +226,6 @@ void AgentTable::changeEvent(QEvent* event) {
     model_->retranslate();
     fitColumns();
   } else if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-    header()->setFont(fontFor(TextRole::caption));
     fitColumns();
     updateGeometry();
   }

@@ -62,6 +62,7 @@ AgentsPage::AgentsPage(const UiServices& services, QWidget* parent) : QWidget(pa
   buildHeader();
   scroll_ = new ScrollPage(pageWidth, this);
   scroll_->setObjectName(QStringLiteral("dashboard.agents.scroll"));
+  header_->follow(*scroll_);
   buildCards();
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
@@ -129,7 +130,7 @@ void AgentsPage::buildCards() {
 }
 
 void AgentsPage::retranslate() {
-  header_->setTitle(QStringLiteral("Agent"));
+  header_->setTitle(qtText(QM_TR("Agent")));
   busy_->setDescription(qtText(QM_TR("正在读取本地 Agent 日志")));
   refresh_->setDescription(qtText(QM_TR("重新扫描")));
   std::vector<SegmentedControl::Segment> segments;

@@ -75,7 +75,7 @@ void CardGrid::setEditing(bool isEditing) {
 QWidget* CardGrid::orderFocus(QWidget* before) {
   for (CardSlot* slot : slots_) {
     for (QWidget* widget : slot->findChildren<QWidget*>()) {
-      if (widget->focusPolicy() == Qt::NoFocus) continue;
+      if (widget->focusPolicy() == Qt::NoFocus || widget->window() != window()) continue;
       setTabOrder(before, widget);
       before = widget;
     }

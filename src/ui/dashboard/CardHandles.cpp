@@ -1,5 +1,6 @@
 #include "ui/dashboard/CardHandles.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QAccessible>
@@ -7,6 +8,7 @@
 #include <QHoverEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPainterPath>
 
 #include "base/L10n.h"
 #include "menubar/SymbolPainter.h"
@@ -22,7 +24,10 @@ namespace {
 constexpr int edge = 8;  // of the toolbar from the card's corner
 constexpr int gripWidth = 22;
 constexpr double gripSize = 14;
-constexpr double veilOpacity = 0.45;
+constexpr double veilOpacity = 0.12;
+constexpr int coveredWidth = 170;  // of what the card's header shows beside the toolbar
+constexpr int coveredHeight = 52;
+constexpr int fadeWidth = 40;
 
 }  // namespace
 
@@ -103,6 +108,22 @@ bool CardHandles::event(QEvent* event) {
   return QWidget::event(event);
 }
 
+// A control or a note at the end of the card's header would look out from behind the toolbar.
+void CardHandles::coverHeader(QPainter& painter, const ThemeColors& colors) const {
+  const int left = std::max(toolbar().left() - coveredWidth, width() * 2 / 5);
+  QColor clear = colors.surface;
+  clear.setAlpha(0);
+  QLinearGradient fade(left - fadeWidth, 0, left, 0);
+  fade.setColorAt(0, clear);
+  fade.setColorAt(1, colors.surface);
+  QPainterPath inside;
+  inside.addRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Shapes::cardRadius - 1, Shapes::cardRadius - 1);
+  painter.save();
+  painter.setClipPath(inside);
+  painter.fillRect(QRect(left - fadeWidth, 0, width() - left + fadeWidth, coveredHeight), fade);
+  painter.restore();
+}
+
 void CardHandles::paintEvent(QPaintEvent*) {
   const ThemeColors& colors = ThemeColors::of(palette());
   QPainter painter(this);
@@ -112,6 +133,7 @@ void CardHandles::paintEvent(QPaintEvent*) {
   veil.setAlphaF(isDragging_ ? 0 : static_cast<float>(underMouse() ? veilOpacity / 2 : veilOpacity));
   const bool isMarked = isDragging_ || underMouse();
   Shapes::panel(painter, area, Shapes::cardRadius, veil, isMarked ? colors.accent : colors.border);
+  coverHeader(painter, colors);
   Shapes::panel(painter, QRectF(toolbar()), Shapes::controlRadius, colors.raised, colors.border);
   const QRectF grip(toolbar().left() + (gripWidth - gripSize) / 2.0 + 2, toolbar().center().y() + 0.5 - gripSize / 2,
                     gripSize, gripSize);

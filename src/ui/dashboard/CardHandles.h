@@ -10,6 +10,7 @@
 namespace quillmeter {
 
 class SymbolButton;
+struct ThemeColors;
 
 // What lies over a card while the layout is edited: it takes the pointer, so that the card is dragged instead of used,
 // and carries the buttons for its size and for hiding it. By key: Ctrl and an arrow moves the card, Return changes its
@@ -46,6 +47,7 @@ class CardHandles : public QWidget {
  private:
   void retranslate();
   void placeButtons();
+  void coverHeader(QPainter& painter, const ThemeColors& colors) const;
   void endDrag(bool isDropped);
   bool moveByKey(const QKeyEvent& event);
   QRect toolbar() const;

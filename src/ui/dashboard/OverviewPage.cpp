@@ -34,6 +34,7 @@ OverviewPage::OverviewPage(const UiServices& services, QWidget* parent)
   makeControls();
   scroll_ = new ScrollPage(pageWidth, this);
   scroll_->setObjectName(QStringLiteral("dashboard.overview.scroll"));
+  header_->follow(*scroll_);
   nothing_ = new Paragraph(TextRole::body, TextTone::secondary, scroll_);
   nothing_->setObjectName(QStringLiteral("dashboard.overview.nothing"));
   grid_ = new CardGrid(

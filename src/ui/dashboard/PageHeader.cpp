@@ -1,17 +1,23 @@
 #include "ui/dashboard/PageHeader.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
+#include <QPainter>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "ui/theme/Shapes.h"
+#include "ui/theme/ThemeColors.h"
 #include "ui/widgets/FigureLabel.h"
+#include "ui/widgets/ScrollPage.h"
 
 namespace quillmeter {
 
 namespace {
 
-constexpr int pageMargin = 24;
 constexpr int top = 20;
-constexpr int bottom = 0;
+constexpr int bottom = 14;
+constexpr int aboveColumn = 10;
 
 }  // namespace
 
@@ -33,11 +39,35 @@ PageHeader::PageHeader(int maximumWidth, QWidget* parent)
   line->addLayout(texts, 1);
   line->addLayout(controls_);
   auto* outer = new QHBoxLayout(this);
-  outer->setContentsMargins(pageMargin, top, pageMargin, bottom);
+  outer->setContentsMargins(ScrollPage::margin, top, ScrollPage::margin, bottom);
   outer->setSpacing(0);
   outer->addStretch(1);
   outer->addWidget(column, 1000);
   outer->addStretch(1);
+}
+
+void PageHeader::follow(ScrollPage& page) {
+  page_ = &page;
+  page.widget()->layout()->setContentsMargins(ScrollPage::margin, aboveColumn, ScrollPage::margin, ScrollPage::margin);
+  page.viewport()->installEventFilter(this);
+  connect(page.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { update(); });
+}
+
+bool PageHeader::eventFilter(QObject*, QEvent* event) {
+  if (event->type() == QEvent::Resize) align();
+  return false;
+}
+
+void PageHeader::align() {
+  const int besides = page_->width() - page_->viewport()->width();
+  layout()->setContentsMargins(ScrollPage::margin, top, ScrollPage::margin + besides, bottom);
+}
+
+void PageHeader::paintEvent(QPaintEvent*) {
+  if (page_ == nullptr || page_->verticalScrollBar()->value() == 0) return;
+  QPainter painter(this);
+  const double line = Shapes::hairline(painter);
+  painter.fillRect(QRectF(0, height() - line, width(), line), ThemeColors::of(palette()).separator);
 }
 
 void PageHeader::setTitle(const QString& title) {

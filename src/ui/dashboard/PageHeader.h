@@ -16,14 +16,23 @@ class PageHeader : public QWidget {
   PageHeader(int maximumWidth, QWidget* parent);
   void setTitle(const QString& title);
   void setSubtitle(const QString& subtitle);
+  // The page below: the header stays in line with its column beside the scroll bar, and is set off while the page is
+  // scrolled.
+  void follow(ScrollPage& page);
   // Takes ownership; from left to right.
   void addControl(QWidget* control);
-  FigureLabel* subtitle() const { return subtitle_; }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
+  void align();
+
   FigureLabel* title_;
   FigureLabel* subtitle_;
   QHBoxLayout* controls_;
+  ScrollPage* page_ = nullptr;
 };
 
 }  // namespace quillmeter

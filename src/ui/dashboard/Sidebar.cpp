@@ -1,5 +1,6 @@
 #include "ui/dashboard/Sidebar.h"
 
+#include <cmath>
 #include <utility>
 
 #include <QEvent>
@@ -10,6 +11,7 @@
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
 #include "menubar/SymbolPainter.h"
+#include "ui/icon/ApplicationIcon.h"
 #include "ui/screentime/ActivityText.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
@@ -17,7 +19,6 @@
 #include "ui/theme/Typography.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/SymbolButton.h"
-#include "ui/widgets/SymbolView.h"
 
 namespace quillmeter {
 
@@ -29,9 +30,26 @@ constexpr int symbolEdge = 18;
 constexpr int symbolGap = 10;
 constexpr int margin = 12;
 constexpr int topMargin = 20;
-constexpr int brandEdge = 18;
+constexpr int iconEdge = 30;
 
 }  // namespace
+
+// The program's own icon, as sharp as the device.
+class ProgramIcon final : public QWidget {
+ public:
+  explicit ProgramIcon(QWidget* parent) : QWidget(parent) { setFixedSize(iconEdge, iconEdge); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    const int pixels = static_cast<int>(std::lround(iconEdge * devicePixelRatioF()));
+    if (image_.width() != pixels) image_ = ApplicationIcon::image(pixels);
+    QPainter painter(this);
+    painter.drawImage(QRectF(rect()), image_);
+  }
+
+ private:
+  QImage image_;
+};
 
 SidebarEntry::SidebarEntry(std::string page, std::string symbol, QWidget* parent)
     : QRadioButton(parent), page_(std::move(page)), symbol_(std::move(symbol)) {
@@ -84,8 +102,7 @@ void SidebarEntry::paintEvent(QPaintEvent*) {
 Sidebar::Sidebar(const UiServices& services, Handlers handlers, QWidget* parent)
     : QWidget(parent), services_(services), handlers_(std::move(handlers)) {
   setObjectName(QStringLiteral("dashboard.sidebar"));
-  glyph_ = new SymbolView("waveform.path.ecg", "4C8DFF", brandEdge, this);
-  glyph_->setHasGround(true);
+  icon_ = new ProgramIcon(this);
   name_ = new FigureLabel(TextRole::heading, TextTone::primary, this);
   name_->setText(QStringLiteral("Quillmeter"));
   sampled_ = new FigureLabel(TextRole::caption, TextTone::secondary, this);
@@ -99,23 +116,25 @@ Sidebar::Sidebar(const UiServices& services, Handlers handlers, QWidget* parent)
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(margin, topMargin, margin, margin);
   column->setSpacing(2);
-  auto* brand = new QHBoxLayout;
-  brand->setContentsMargins(4, 0, 0, 0);
-  brand->setSpacing(10);
-  brand->addWidget(glyph_);
-  brand->addWidget(name_, 1);
-  column->addLayout(brand);
+  brand_ = new QHBoxLayout;
+  brand_->setSpacing(symbolGap - (iconEdge - symbolEdge) / 2);
+  brand_->addWidget(icon_);
+  brand_->addWidget(name_, 1);
+  column->addLayout(brand_);
   column->addSpacing(18);
   addEntry(pages[0], "square.grid.2x2", *column);
   addEntry(pages[1], "sparkles", *column);
   addEntry(pages[2], "hourglass", *column);
   column->addStretch(1);
-  for (FigureLabel* line : {sampled_, scanned_}) {
-    line->setContentsMargins(entryInset, 0, 0, 0);
-    column->addWidget(line);
-  }
+  auto* freshness = new QVBoxLayout;
+  freshness->setContentsMargins(entryInset, 0, 0, 0);
+  freshness->setSpacing(2);
+  freshness->addWidget(sampled_);
+  freshness->addWidget(scanned_);
+  column->addLayout(freshness);
   column->addSpacing(8);
   column->addWidget(settings_);
+  brand_->setContentsMargins(entryInset - (iconEdge - symbolEdge) / 2, 0, 0, 0);
   setFixedWidth(wideWidth);
   retranslate();
 }
@@ -138,12 +157,15 @@ void Sidebar::setNarrow(bool isNarrow) {
   isNarrow_ = isNarrow;
   for (SidebarEntry* entry : entries_) entry->setNarrow(isNarrow);
   for (FigureLabel* label : {name_, sampled_, scanned_}) label->setVisible(!isNarrow);
+  const int iconInset = isNarrow ? (narrowWidth - iconEdge) / 2 - margin : entryInset - (iconEdge - symbolEdge) / 2;
+  brand_->setContentsMargins(iconInset, 0, 0, 0);
+  layout()->setAlignment(settings_, isNarrow ? Qt::AlignHCenter : Qt::Alignment());
   setFixedWidth(isNarrow ? narrowWidth : wideWidth);
   retranslate();
 }
 
 void Sidebar::retranslate() {
-  const QString titles[] = {qtText(QM_TR("总览")), QStringLiteral("Agent"), qtText(QM_TR("屏幕使用时间"))};
+  const QString titles[] = {qtText(QM_TR("总览")), qtText(QM_TR("Agent")), qtText(QM_TR("屏幕使用时间"))};
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     entries_[i]->setTitle(titles[i], QStringLiteral("Ctrl+%1").arg(i + 1));
   }

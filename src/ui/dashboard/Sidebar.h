@@ -10,13 +10,14 @@
 #include "base/Observers.h"
 #include "ui/UiServices.h"
 
+class QHBoxLayout;
 class QVBoxLayout;
 
 namespace quillmeter {
 
 class FigureLabel;
+class ProgramIcon;
 class SymbolButton;
-class SymbolView;
 
 // One page in the sidebar: its symbol and, where there is room, its title. The radio buttons of a group: arrow keys
 // move the choice.
@@ -70,7 +71,8 @@ class Sidebar : public QWidget {
   const UiServices& services_;
   const Handlers handlers_;
   std::vector<SidebarEntry*> entries_;
-  SymbolView* glyph_;
+  ProgramIcon* icon_;
+  QHBoxLayout* brand_;
   FigureLabel* name_;
   FigureLabel* sampled_;
   FigureLabel* scanned_;

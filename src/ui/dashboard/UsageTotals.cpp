@@ -33,7 +33,7 @@ UsageTotals::UsageTotals(QWidget* parent) : Card(parent), grid_(new QWidget(this
   cells->setHorizontalSpacing(20);
   cells->setVerticalSpacing(14);
   content()->addWidget(grid_);
-  place(3);
+  place(true);
   retranslate();
 }
 
@@ -52,29 +52,24 @@ UsageTotals::Figure UsageTotals::makeFigure(const char* name, bool isLarge) {
   return figure;
 }
 
-// All in one line, or the total above the others.
-void UsageTotals::place(int columns) {
-  if (columns == columns_) return;
-  columns_ = columns;
+// All in one line, or the total before two lines of the others.
+void UsageTotals::place(bool isOneLine) {
+  if (isOneLine_ == isOneLine) return;
+  isOneLine_ = isOneLine;
   auto* cells = dynamic_cast<QGridLayout*>(grid_->layout());
   while (QLayoutItem* item = cells->takeAt(0)) delete item;
-  const bool isOneLine = columns > static_cast<int>(parts_.size());
-  cells->addWidget(total_.widget, 0, 0, 1, isOneLine ? 1 : columns);
+  const int columns = isOneLine ? static_cast<int>(parts_.size()) : 3;
+  cells->addWidget(total_.widget, 0, 0, isOneLine ? 1 : 2, 1, isOneLine ? Qt::Alignment() : Qt::AlignTop);
   for (int i = 0; i < static_cast<int>(parts_.size()); ++i) {
-    QWidget* part = parts_[static_cast<std::size_t>(i)].widget;
-    if (isOneLine) {
-      cells->addWidget(part, 0, i + 1);
-    } else {
-      cells->addWidget(part, 1 + i / columns, i % columns);
-    }
+    cells->addWidget(parts_[static_cast<std::size_t>(i)].widget, i / columns, 1 + i % columns);
   }
   for (int column = 0; column <= static_cast<int>(parts_.size()); ++column) {
-    cells->setColumnStretch(column, column >= columns ? 0 : isOneLine && column == 0 ? 3 : 2);
+    cells->setColumnStretch(column, column > columns ? 0 : column == 0 ? 3 : 2);
   }
 }
 
 void UsageTotals::resizeEvent(QResizeEvent* event) {
-  place(width() >= oneLineFrom ? static_cast<int>(parts_.size()) + 1 : 3);
+  place(width() >= oneLineFrom);
   Card::resizeEvent(event);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include "agents/model/AgentTokenMetrics.h"
 #include "ui/widgets/Card.h"
@@ -28,13 +29,13 @@ class UsageTotals final : public Card {
     FigureLabel* label = nullptr;
   };
   Figure makeFigure(const char* name, bool isLarge);
-  void place(int columns);
+  void place(bool isOneLine);
   void retranslate();
 
   Figure total_;
   std::array<Figure, 5> parts_;  // input, output, cached, sessions, hit rate
   QWidget* grid_;
-  int columns_ = 0;
+  std::optional<bool> isOneLine_;
 };
 
 }  // namespace quillmeter
