@@ -1,12 +1,14 @@
 #!/usr/bin/env bash
 # Installs what the build needs (Debian 12), builds, and starts Quillmeter.
-#   ./run.sh                 the live view (without a terminal: the usage report)
-#   ./run.sh ARGUMENTS...    quillmeterctl with these arguments
+#   ./run.sh                            the desktop application; without a display the live view in the terminal (without a
+#                                       terminal: the usage report)
+#   ./run.sh quillmeter ARGUMENTS...    the desktop application with these arguments
+#   ./run.sh ARGUMENTS...               quillmeterctl with these arguments
 # Standard output belongs to the program alone; what the build has to say goes to standard error.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 build=$root/build/run
-programs=(quillmeterctl quillmeter-record)
+programs=(quillmeter quillmeterctl quillmeter-record quillmeter-query)
 . "$root/tools/packages.sh"
 
 fail() {
@@ -64,6 +66,13 @@ case $0 in
 *) export QUILLMETER_COMMAND=./$0 ;;
 esac
 if [ $# -eq 0 ]; then
-  if [ -t 1 ]; then set -- watch; else set -- usage; fi
+  if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then set -- quillmeter
+  elif [ -t 1 ]; then set -- watch
+  else set -- usage
+  fi
+fi
+if [ "$1" = quillmeter ]; then
+  shift
+  exec "$build/src/app/quillmeter" "$@"
 fi
 exec "$build/src/ctl/quillmeterctl" "$@"

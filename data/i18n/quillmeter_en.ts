@@ -535,5 +535,6 @@
     <message id="日志来源"><source/><translation>Log sources</translation></message>
     <message id="组件布局"><source/><translation>Components</translation></message>
     <message id="距重置"><source/><translation>Resets in</translation></message>
+    <message id="只清理本应用的缓存"><source/><translation>Cleans this app's caches only</translation></message>
 </context>
 </TS>

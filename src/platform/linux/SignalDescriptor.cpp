@@ -5,10 +5,10 @@
 
 namespace quillmeter {
 
-SignalDescriptor::SignalDescriptor(std::initializer_list<int> signals) {
+SignalDescriptor::SignalDescriptor(std::initializer_list<int> numbers) {
   sigset_t set;
   sigemptyset(&set);
-  for (const int signal : signals) sigaddset(&set, signal);
+  for (const int signal : numbers) sigaddset(&set, signal);
   pthread_sigmask(SIG_BLOCK, &set, &before_);
   descriptor_.reset(::signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC));
 }

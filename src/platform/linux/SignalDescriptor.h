@@ -13,7 +13,7 @@ namespace quillmeter {
 // blocked in the thread that made it and in the threads that this one starts; made before those.
 class SignalDescriptor {
  public:
-  explicit SignalDescriptor(std::initializer_list<int> signals);
+  explicit SignalDescriptor(std::initializer_list<int> numbers);
   ~SignalDescriptor();
   SignalDescriptor(const SignalDescriptor&) = delete;
   SignalDescriptor& operator=(const SignalDescriptor&) = delete;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr double shownSeconds = 12;
 constexpr int margin = 20;
-constexpr int maximumWidth = 560;
+constexpr int bannerWidth = 560;
 constexpr int radius = 10;
 
 // The message's opaque ground; follows the window's size.
@@ -62,7 +62,7 @@ class Banner final : public QWidget {
 
   void place() {
     const QRect area = parentWidget()->rect();
-    const int width = std::min(maximumWidth, area.width() - 2 * margin);
+    const int width = std::min(bannerWidth, area.width() - 2 * margin);
     const int height = std::max(layout()->heightForWidth(width), layout()->sizeHint().height());
     setGeometry((area.width() - width) / 2, area.height() - height - margin, width, height);
   }

@@ -1,0 +1,257 @@
+#include "app/Application.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QPixmapCache>
+#include <QRect>
+
+#include "app/AppServices.h"
+#include "app/AppWindows.h"
+#include "app/SettingsFollower.h"
+#include "app/SingleInstance.h"
+#include "app/StoredLanguage.h"
+#include "base/L10n.h"
+#include "platform/linux/SignalDescriptor.h"
+#include "platform/linux/StartupPages.h"
+#include "platform/linux/desktop/PortalAppearance.h"
+#include "platform/qt/QtCatalogue.h"
+#include "platform/qt/QtLocale.h"
+#include "preferences/AppLanguage.h"
+#include "preferences/DockVisibilityManager.h"
+#include "preferences/SettingsKeys.h"
+#include "ui/UiServices.h"
+#include "ui/system/QtActivationPolicy.h"
+#include "ui/theme/Theme.h"
+#include "ui/tray/TrayItem.h"
+
+namespace quillmeter {
+namespace {
+
+// A panel that starts with the session may come later than this program.
+constexpr double trayPatienceSeconds = 10;
+// Closed windows give their memory back when the last of it is free.
+constexpr double tidyDelaySeconds = 2;
+
+int failure(const std::string& sentence) {
+  std::fprintf(stderr, "quillmeter: %s\n", sentence.c_str());
+  return 1;
+}
+
+}  // namespace
+
+// Everything the user sees, over the ground and, later, the monitors.
+struct Application::Interface {
+  Interface(Application& owner, QApplication& application)
+      : instance({.activate = [&owner] { owner.act(AppAction::openDashboard); },
+                  .act = [&owner](AppAction action) { owner.act(action); }}),
+        appearance(QDBusConnection::sessionBus()),
+        theme(application, owner.ground_->preferences, appearance),
+        windows({.quit = [] { QCoreApplication::exit(0); }, .allClosed = [&owner] { owner.windowsClosed(); }}) {}
+
+  SingleInstance instance;
+  QtActivationPolicy activation;
+  PortalAppearance appearance;
+  Theme theme;
+  AppWindows windows;
+  std::optional<UiServices> services;
+  std::optional<SettingsFollower> follower;
+  std::unique_ptr<TrayItem> tray;
+};
+
+Application::Application(QApplication& application, SignalDescriptor& ending, AppOptions options)
+    : application_(application), ending_(ending), options_(std::move(options)) {}
+
+Application::~Application() = default;
+
+int Application::run() {
+  ground_ = std::make_unique<AppGround>();
+  installCatalogue(interfaceLanguage(ground_->preferences));
+  interface_ = std::make_unique<Interface>(*this, application_);
+  int status = 0;
+  if (!claimSession(status)) return status;
+  const auto endWatch = ground_->platform.descriptors->watch(ending_.descriptor(), DescriptorEvent::readable,
+                                                             [] { QCoreApplication::exit(0); });
+  prepareLaunch();
+  begin();
+  status = QCoreApplication::exec();
+  end();
+  return status;
+}
+
+// False in a second start: its wish was handed over, or there is nobody to take it.
+bool Application::claimSession(int& status) {
+  if (interface_->instance.claim() == SingleInstance::Role::first) return true;
+  const bool wantsNothing = options_.hidden && options_.action.empty();
+  if (!wantsNothing && !interface_->instance.askFirst(options_.action)) {
+    status = failure(QM_TR("Quillmeter 已在运行，但没有回应。"));
+  }
+  return false;
+}
+
+// Before the first window: who comes from an older version is spared the onboarding; the taskbar and the language are
+// as the user left them.
+void Application::prepareLaunch() {
+  PreferenceStore& preferences = ground_->preferences;
+  SettingsKeys::prepareOnboardingForLaunch(preferences, std::string(SettingsKeys::standardDomainName));
+  (void)interface_->activation.setListed(DockVisibilityManager::isDockIconVisible(preferences));
+  didSelectAppLanguage(rawValue(selectedAppLanguage(preferences)), ground_->suite ? &*ground_->suite : nullptr,
+                       [this] { ground_->platform.widgetReload->reloadAllTimelines(); });
+}
+
+void Application::begin() {
+  services_ = std::make_unique<AppServices>(*ground_);
+  AppServices& services = *services_;
+  Interface& ui = *interface_;
+  ui.services.emplace(UiServices{
+      services.store, services.quickStatus, services.screenTime, services.updates, services.access,
+      services.authorization, ground_->preferences, ground_->clock, *ground_->platform.timers, services.loginItems,
+      ui.activation, services.desktop.applicationIcons(), ui.windows, [&services] { return services.zone.calendar(); },
+      [this] { return localeConventions(interfaceLanguage(ground_->preferences)); }});
+  ui.windows.setServices(*ui.services);
+  ui.follower.emplace(ground_->preferences, *ground_->platform.mainExecutor,
+                      SettingsFollower::Actions{
+                          .languageChanged = [this] { applyLanguage(); },
+                          .periodChanged =
+                              [&services] {
+                                services.store.stop();
+                                services.store.start();
+                              },
+                          .quickStatusNeeds = [&services] { services.quickStatus.configure(); },
+                          .agentsChanged = [&services] { services.store.refreshAgents(); },
+                          .dockChanged =
+                              [this] {
+                                const bool shows = DockVisibilityManager::isDockIconVisible(ground_->preferences);
+                                (void)interface_->activation.setListed(shows);
+                              },
+                      });
+  subscriptions_.push_back(services.store.onSystemChange([this] { systemChanged(); }));
+  subscriptions_.push_back(services.store.onAgentsChange([this] { agentsChanged(); }));
+  ui.tray = std::make_unique<TrayItem>(
+      *ui.services, ui.theme,
+      TrayItem::Handlers{.togglePopover = [&ui](const QRect& icon) { ui.windows.togglePopover(icon); },
+                         .refresh = [&services] { services.store.refreshAll(); },
+                         .availabilityChanged = [this](bool available) { trayChanged(available); }});
+  ui.tray->show();
+  startMonitors();
+  showFirstWindow();
+}
+
+// In this order, once the item in the panel is there or it is known that there is none.
+void Application::startMonitors() {
+  services_->store.start();
+  services_->quickStatus.configure();
+  services_->screenTime.start();
+}
+
+void Application::showFirstWindow() {
+  const bool isNew =
+      ground_->preferences.value(SettingsKeys::onboardingVersion) < SettingsKeys::currentOnboardingVersion;
+  if (const auto action = appActionNamed(options_.action)) {
+    act(*action);
+  } else if (!options_.hidden) {
+    isNew ? interface_->windows.showOnboarding() : interface_->windows.showDashboard({});
+  }
+  if (interface_->tray->isAvailable()) return;
+  trayPatience_ = ground_->platform.timers->once(options_.hidden ? trayPatienceSeconds : 0, [this] { missTray(); });
+}
+
+// Said once: without a tray the program would run unseen.
+void Application::missTray() {
+  if (interface_->tray->isAvailable()) return;
+  interface_->windows.tellInDashboard(
+      QM_TR("此桌面没有系统托盘，因此没有图标可显示；Quillmeter 在窗口中运行。托盘出现后图标会自动显示。"));
+  if (!interface_->windows.raiseOpen()) interface_->windows.showDashboard({});
+}
+
+void Application::trayChanged(bool available) {
+  if (available) trayPatience_.reset();
+}
+
+void Application::act(AppAction action) {
+  AppWindows& windows = interface_->windows;
+  switch (action) {
+    case AppAction::openDashboard:
+      windows.showDashboard({});
+      break;
+    case AppAction::openSettings:
+      windows.showSettings({});
+      break;
+    case AppAction::togglePopover:
+      windows.togglePopover({});
+      break;
+    case AppAction::refresh:
+      services_->store.refreshAll();
+      break;
+    case AppAction::quit:
+      QCoreApplication::exit(0);
+      break;
+  }
+}
+
+// At each sample: what others changed in the settings, another day, another time zone.
+void Application::systemChanged() {
+  ground_->preferences.refresh();
+  MonitorStore& store = services_->store;
+  const bool isElsewhere = services_->zone.hasChanged();
+  if (isElsewhere) {
+    services_->agentQueue.post([collector = services_->collector, calendar = services_->zone.calendar()] {
+      collector->setCalendar(calendar);
+    });
+  }
+  if (isElsewhere || store.agents().isOfAnotherDay(services_->zone.calendar(), ground_->clock.now())) {
+    if (!store.isRefreshingAgents() && !store.isCleaningMemory()) store.refreshAgents();
+  }
+}
+
+// The start is over when the first scan is: what it alone needed goes back to the system.
+void Application::agentsChanged() {
+  if (hasReleasedStart_ || services_->store.agents().lastUpdated == Date::distantPast()) return;
+  hasReleasedStart_ = true;
+  tidySoon();
+}
+
+void Application::applyLanguage() {
+  const std::string language = interfaceLanguage(ground_->preferences);
+  installCatalogue(language);
+  didSelectAppLanguage(rawValue(selectedAppLanguage(ground_->preferences)), ground_->suite ? &*ground_->suite : nullptr,
+                       [this] { ground_->platform.widgetReload->reloadAllTimelines(); });
+  services_->store.refreshAll();  // its texts are made anew
+  QEvent change(QEvent::LanguageChange);
+  QCoreApplication::sendEvent(&application_, &change);
+  interface_->tray->retranslate();
+}
+
+// Without an item in the panel a program without windows could not be reached; it stays only to go on recording.
+void Application::windowsClosed() {
+  if (!interface_->tray->isAvailable() && !services_->screenTime.enabled()) QCoreApplication::exit(0);
+  tidySoon();
+}
+
+void Application::tidySoon() {
+  tidying_ = ground_->platform.timers->once(tidyDelaySeconds, [this] {
+    QPixmapCache::clear();
+    services_->agentQueue.post([&allocator = *ground_->platform.allocatorRelief] {
+      allocator.releaseUnusedMemory();
+      releaseStartupPages();
+    });
+  });
+}
+
+void Application::end() {
+  subscriptions_.clear();
+  interface_->follower.reset();
+  services_->screenTime.willTerminate();
+  services_->store.stop();
+  interface_->windows.closeAll();
+  interface_->tray.reset();
+  // A scan of any length would hold the end up; nothing of ours is lost with it, since it only reads.
+  if (services_->store.isRefreshingAgents() || services_->store.isCleaningMemory()) ::_exit(0);
+}
+
+}  // namespace quillmeter
