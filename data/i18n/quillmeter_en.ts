@@ -536,5 +536,6 @@
     <message id="组件布局"><source/><translation>Components</translation></message>
     <message id="距重置"><source/><translation>Resets in</translation></message>
     <message id="只清理本应用的缓存"><source/><translation>Cleans this app's caches only</translation></message>
+    <message id="共 1 个应用"><source/><translation>1 application</translation></message>
 </context>
 </TS>

@@ -18,6 +18,7 @@
 #include "ui/cards/UsageBars.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/BarChart.h"
+#include "ui/widgets/Chooser.h"
 #include "ui/widgets/Paragraph.h"
 #include "ui/widgets/SegmentedControl.h"
 
@@ -28,6 +29,7 @@ namespace {
 constexpr int largeFactsWidth = 168;
 constexpr int panelChartHeight = 124;
 constexpr int miniBarsHeight = 34;
+constexpr int headerHeight = 28;
 
 }  // namespace
 
@@ -56,14 +58,18 @@ void AgentTokensCard::buildHeader() {
   busy_ = new BusyIndicator(services().timers, this);
   name(busy_, "scanning");
   if (!isLarge()) return;
-  ranges_ = new SegmentedControl(this);
-  name(ranges_, "range");
-  ranges_->setHandler([this](const std::string& id) { choose(id); });
   if (form() == CardForm::wide) {
-    addHeaderControl(busy_);
+    ranges_ = new SegmentedControl(this);
+    name(ranges_, "range");
+    ranges_->setHandler([this](const std::string& id) { choose(id); });
     addHeaderControl(ranges_);
   } else {
-    content()->addWidget(ranges_);
+    // Beside the title the panel has no room for three segments.
+    rangeField_ = new Chooser(this);
+    name(rangeField_, "range");
+    rangeField_->setHandler([this](const std::string& id) { choose(id); });
+    rangeField_->setFixedHeight(headerHeight);
+    addHeaderControl(rangeField_);
   }
 }
 
@@ -116,21 +122,23 @@ void AgentTokensCard::buildUsage() {
 void AgentTokensCard::buildLargeUsage() {
   chart_ = new BarChart(usage_);
   chart_->setTint(std::string(quillmeter::tint(kind())));
-  chart_->setScaleText([](double value) { return qtText(MetricFormatter::tokens(static_cast<std::int64_t>(value))); });
   name(chart_, "chart");
   const bool isWide = form() == CardForm::wide;
+  auto* top = new QHBoxLayout;
+  top->setSpacing(8);
+  top->addWidget(total_);
+  top->addWidget(busy_);
   auto* figures = isWide ? static_cast<QBoxLayout*>(new QVBoxLayout) : new QHBoxLayout;
-  figures->setSpacing(isWide ? 10 : 20);
-  figures->addWidget(total_, 0, isWide ? Qt::Alignment() : Qt::AlignVCenter);
+  figures->setSpacing(isWide ? 10 : 16);
+  figures->addLayout(top);
+  figures->addWidget(facts_, isWide ? 0 : 1);
   if (isWide) {
     facts_->setFixedWidth(largeFactsWidth);
-    figures->addWidget(facts_);
+    top->addStretch();
     figures->addStretch();
+    chart_->setScaleText(
+        [](double value) { return qtText(MetricFormatter::tokens(static_cast<std::int64_t>(value))); });
   } else {
-    figures->setSpacing(8);
-    figures->addWidget(busy_);
-    figures->addSpacing(8);
-    figures->addWidget(facts_, 1);
     chart_->setFixedHeight(panelChartHeight);
   }
   auto* layout = isWide ? static_cast<QBoxLayout*>(new QHBoxLayout(usage_)) : new QVBoxLayout(usage_);
@@ -158,14 +166,7 @@ void AgentTokensCard::buildMessage() {
 
 void AgentTokensCard::retranslate() {
   busy_->setDescription(qtText(QM_TR("正在读取本地 Agent 日志")));
-  if (ranges_ != nullptr) {
-    std::vector<SegmentedControl::Segment> segments;
-    for (const AgentUsageRange each : allAgentUsageRanges) {
-      segments.push_back({std::string(rawValue(each)), qtText(title(each))});
-    }
-    ranges_->setSegments(std::move(segments));
-    ranges_->setAccessibleName(qtText(QM_TR("统计范围")));
-  }
+  retranslateRanges();
   if (facts_ != nullptr) {
     facts_->setLabel(input_, qtText(QM_TR("输入")));
     facts_->setLabel(output_, qtText(QM_TR("输出")));
@@ -174,6 +175,23 @@ void AgentTokensCard::retranslate() {
   }
   if (connect_ != nullptr) connect_->setText(qtText(QM_TR("去连接")));
   if (chart_ != nullptr) chart_->setEmptyText(qtText(QM_TR("这段时间没有用量")));
+}
+
+void AgentTokensCard::retranslateRanges() {
+  std::vector<SegmentedControl::Segment> segments;
+  std::vector<Chooser::Choice> choices;
+  for (const AgentUsageRange each : allAgentUsageRanges) {
+    segments.push_back({std::string(rawValue(each)), qtText(title(each))});
+    choices.push_back({std::string(rawValue(each)), qtText(title(each))});
+  }
+  if (ranges_ != nullptr) {
+    ranges_->setSegments(std::move(segments));
+    ranges_->setAccessibleName(qtText(QM_TR("统计范围")));
+  }
+  if (rangeField_ != nullptr) {
+    rangeField_->setChoices(std::move(choices));
+    rangeField_->setAccessibleName(qtText(QM_TR("统计范围")));
+  }
 }
 
 AgentUsageRange AgentTokensCard::range() const {
@@ -193,14 +211,7 @@ void AgentTokensCard::refresh() {
   const bool isMeasured = state == AgentCardState::measured || state == AgentCardState::reading;
   busy_->setBusy(isEnabled && services().store.isRefreshingAgents());
   usage_->setVisible(isMeasured);
-  if (ranges_ != nullptr) {
-    ranges_->setVisible(isMeasured);
-    ranges_->setChosen(std::string(rawValue(range())));
-  } else if (rangeName_ != nullptr) {
-    rangeName_->setText(qtText(title(range())));
-  } else {
-    setHeaderNote(isMeasured ? qtText(title(range())) : QString());
-  }
+  showRange(isMeasured);
   if (isMeasured) {
     prompt_->hide();
     showUsage(agents);
@@ -208,6 +219,21 @@ void AgentTokensCard::refresh() {
     showPrompt(state != AgentCardState::disabled);
   }
   showMessage(agents);
+}
+
+void AgentTokensCard::showRange(bool isMeasured) {
+  const std::string chosen(rawValue(range()));
+  if (ranges_ != nullptr) {
+    ranges_->setVisible(isMeasured);
+    ranges_->setChosen(chosen);
+  } else if (rangeField_ != nullptr) {
+    rangeField_->setVisible(isMeasured);
+    rangeField_->setChosen(chosen);
+  } else if (rangeName_ != nullptr) {
+    rangeName_->setText(qtText(title(range())));
+  } else {
+    setHeaderNote(isMeasured ? qtText(title(range())) : QString());
+  }
 }
 
 void AgentTokensCard::showPrompt(bool isEnabled) {

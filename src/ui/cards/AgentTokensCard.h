@@ -11,6 +11,7 @@ namespace quillmeter {
 
 class BarChart;
 class BusyIndicator;
+class Chooser;
 class ConnectPrompt;
 class FactList;
 class FigureLabel;
@@ -39,13 +40,16 @@ class AgentTokensCard : public MonitorCard {
   void buildMessage();
   AgentUsageRange range() const;
   void choose(const std::string& range);
+  void retranslateRanges();
+  void showRange(bool isMeasured);
   void showPrompt(bool isEnabled);
   void showUsage(const AgentUsageSnapshot& agents);
   void showBars(const AgentUsageSnapshot& agents);
   void showMessage(const AgentUsageSnapshot& agents);
 
   BusyIndicator* busy_ = nullptr;
-  SegmentedControl* ranges_ = nullptr;
+  SegmentedControl* ranges_ = nullptr;  // in the wide form
+  Chooser* rangeField_ = nullptr;       // in the panel's large card
   QWidget* usage_;
   FigureLabel* total_ = nullptr;
   FigureLabel* rangeName_ = nullptr;  // in the compact form

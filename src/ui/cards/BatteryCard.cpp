@@ -66,6 +66,7 @@ void BatteryCard::refresh() {
   const bool hasBattery = system.batteryLevel || system.batteryState != "—";
   const QColor color = CompactStatusRenderer::batteryColor(system.batteryLevel, ThemeColors::of(palette()).dark);
   body_->setTint(hexOf(color));
+  body_->setMeasurable(hasBattery);
   body_->setFraction(system.batteryLevel, system.batteryLevel ? qtText(MetricFormatter::percent(*system.batteryLevel))
                                                               : QStringLiteral("—"));
   power_->setVisible(system.batteryIsCharging || system.batteryACPowered);

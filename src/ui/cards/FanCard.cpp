@@ -11,6 +11,7 @@
 #include "ui/theme/QtText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/widgets/FigureLabel.h"
+#include "ui/widgets/Paragraph.h"
 
 namespace quillmeter {
 
@@ -51,8 +52,8 @@ FanCard::FanCard(DashboardCardSize size, ComponentPlacement placement, const UiS
     : MonitorCard(MonitorComponentKind::fan, size, placement, services, parent),
       state_(new FigureLabel(TextRole::figure, TextTone::primary, this)),
       steps_(new LevelSteps(thermalLevels, LevelSteps::Shape::row, this)),
-      note_(new FigureLabel(form() == CardForm::compact ? TextRole::caption : TextRole::body, TextTone::secondary,
-                            this)) {
+      note_(
+          new Paragraph(form() == CardForm::compact ? TextRole::caption : TextRole::body, TextTone::secondary, this)) {
   name(state_, "state");
   name(note_, "note");
   content()->setSpacing(8);
@@ -90,13 +91,14 @@ void FanCard::refresh() {
   const QString temperature =
       system.sensorTemperature ? qtText(fixedDecimalText(*system.sensorTemperature, 1) + " °C") : QString();
   const QString speed = system.fanRPM ? qtText(std::to_string(*system.fanRPM) + " RPM") : QString();
-  note_->setText(level ? qtText(limitText(*level)) : QString());
+  QString note = level ? qtText(limitText(*level)) : QString();
   if (facts_ != nullptr) {
     facts_->setKnownValue(temperature_, temperature);
     facts_->setKnownValue(speed_, speed);
   } else if (!temperature.isEmpty() || !speed.isEmpty()) {
-    note_->setText(temperature.isEmpty() ? speed : temperature);
+    note = temperature.isEmpty() ? speed : temperature;
   }
+  if (note_->text() != note) note_->setText(note);
 }
 
 std::vector<Subscription> FanCard::subscribe(std::function<void()> changed) {

@@ -9,6 +9,7 @@ namespace quillmeter {
 class FactList;
 class FigureLabel;
 class LevelSteps;
+class Paragraph;
 
 // How warm the machine runs, in the system's own four levels; fan speed and temperature where they are known.
 class FanCard : public MonitorCard {
@@ -25,7 +26,7 @@ class FanCard : public MonitorCard {
 
   FigureLabel* state_;
   LevelSteps* steps_;
-  FigureLabel* note_;
+  Paragraph* note_;
   FactList* facts_ = nullptr;
   int temperature_ = 0;
   int speed_ = 0;

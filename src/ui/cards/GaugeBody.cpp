@@ -14,7 +14,7 @@ namespace {
 
 constexpr int ringDiameter = 92;
 constexpr int wideSpacing = 24;
-constexpr int factsWidth = 172;
+constexpr int leastFactsWidth = 148;
 constexpr int sparklineHeight = 34;
 constexpr int wideSparklineHeight = 72;
 constexpr int tileColumns = 3;
@@ -72,7 +72,7 @@ void GaugeBody::buildWide(Graphic graphic) {
   column->addStretch();
   row->addLayout(column, graphic == Graphic::level ? 1 : 0);
   if (graphic == Graphic::history) {
-    facts_->setFixedWidth(factsWidth);
+    facts_->setMinimumWidth(leastFactsWidth);
     history_->setFixedHeight(wideSparklineHeight);
     row->addWidget(history_, 1);
   }
@@ -156,9 +156,21 @@ void GaugeBody::setHistory(std::span<const double> values) {
   if (history_ != nullptr) history_->setValues(values);
 }
 
+void GaugeBody::setHistoryShown(bool isShown) {
+  history_->setVisible(isShown);
+}
+
 void GaugeBody::setNote(const QString& note) {
   note_->setText(note);
   note_->setVisible(!note.isEmpty());
+}
+
+void GaugeBody::setMeasurable(bool isMeasurable) {
+  if (ring_ != nullptr) return;
+  figure_->setVisible(isMeasurable);
+  if (level_ != nullptr) level_->setVisible(isMeasurable);
+  const bool isAtEnd = isMeasurable && facts_ != nullptr;
+  note_->setAlignment((isAtEnd ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
 }
 
 // After the figure, or before the remark where the figure stands in the ring.

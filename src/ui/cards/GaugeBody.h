@@ -30,7 +30,11 @@ class GaugeBody : public QWidget {
   void setSubject(const QString& subject);
   // Absent shows `text` and an empty gauge.
   void setFraction(std::optional<double> fraction, const QString& text);
+  // Whether there is anything to measure; without it only the remark is shown, but for a ring, which stays empty.
+  void setMeasurable(bool isMeasurable);
   void setHistory(std::span<const double> values);
+  // Makes room for something else.
+  void setHistoryShown(bool isShown);
   // A short remark beside the level; the widest one that comes is not known, so it may be elided.
   void setNote(const QString& note);
   // A small sign beside the figure.

@@ -50,9 +50,9 @@ LimitMeter::LimitMeter(CardForm form, std::string tint, const QString& objectNam
     : QWidget(parent),
       form_(form),
       tint_(std::move(tint)),
-      title_(new FigureLabel(form == CardForm::wide ? TextRole::strong : TextRole::body,
-                             form == CardForm::wide ? TextTone::primary : TextTone::secondary, this)),
-      reset_(new FigureLabel(form == CardForm::wide ? TextRole::body : TextRole::caption, TextTone::secondary, this)) {
+      title_(new FigureLabel(TextRole::body, TextTone::secondary, this)),
+      reset_(new FigureLabel(form == CardForm::wide ? TextRole::strong : TextRole::caption,
+                             form == CardForm::wide ? TextTone::primary : TextTone::secondary, this)) {
   reset_->setObjectName(objectName + QStringLiteral(".reset"));
   if (form == CardForm::wide) {
     buildRing(objectName);
@@ -66,14 +66,17 @@ void LimitMeter::buildRing(const QString& objectName) {
   ring_->setDiameter(ringDiameter);
   ring_->setTint(tint_);
   ring_->setObjectName(objectName + QStringLiteral(".used"));
+  caption_ = new FigureLabel(TextRole::caption, TextTone::secondary, this);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(16);
   row->addWidget(ring_, 0, Qt::AlignVCenter);
   auto* column = new QVBoxLayout;
-  column->setSpacing(4);
+  column->setSpacing(1);
   column->addStretch();
   column->addWidget(title_);
+  column->addSpacing(5);
+  column->addWidget(caption_);
   clock_ = new FigureLabel(TextRole::caption, TextTone::secondary, this);
   column->addWidget(reset_);
   column->addWidget(clock_);
@@ -112,6 +115,13 @@ QString LimitMeter::resetText(std::optional<Date> resetAt, Date now, const Calen
   return qtText(L10n::format(QM_TR("%@ 后重置 · %@"), {*left, clock}));
 }
 
+void LimitMeter::showBesideRing(std::optional<Date> resetAt, bool isOver, Date now, const Calendar& calendar) {
+  caption_->setText(resetAt && !isOver ? qtText(QM_TR("距重置")) : QString());
+  if (isOver) reset_->setText(qtText(QM_TR("已重置")));
+  if (resetAt && !isOver) reset_->setText(qtText(timeLeftText(*resetAt, now).value_or("—")));
+  clock_->setText(resetAt ? clockText(*resetAt, now, calendar) : QString());
+}
+
 void LimitMeter::show(std::optional<double> used, std::optional<Date> resetAt, Date now, const Calendar& calendar) {
   // What was used before the window began anew says nothing of the new one.
   const bool isOver = used && resetAt && *resetAt <= now;
@@ -126,7 +136,7 @@ void LimitMeter::show(std::optional<double> used, std::optional<Date> resetAt, D
     ring_->setFraction(shown);
     ring_->setText(isOver ? QStringLiteral("—") : text);
     ring_->setAccessibleName(title_->text());
-    clock_->setText(used && resetAt ? clockText(*resetAt, now, calendar) : QString());
+    showBesideRing(used ? resetAt : std::nullopt, isOver, now, calendar);
     return;
   }
   level_->setTint(tint);

@@ -26,6 +26,7 @@ class LimitMeter : public QWidget {
  private:
   void buildRing(const QString& objectName);
   void buildLine(CardForm form, const QString& objectName);
+  void showBesideRing(std::optional<Date> resetAt, bool isOver, Date now, const Calendar& calendar);
   QString resetText(std::optional<Date> resetAt, Date now, const Calendar& calendar) const;
 
   const CardForm form_;
@@ -33,7 +34,8 @@ class LimitMeter : public QWidget {
   FigureLabel* title_;
   FigureLabel* figure_ = nullptr;
   FigureLabel* reset_;
-  FigureLabel* clock_ = nullptr;  // beside the ring: when that is
+  FigureLabel* caption_ = nullptr;  // beside the ring: what the time is
+  FigureLabel* clock_ = nullptr;    // and when that is
   LevelBar* level_ = nullptr;
   RingGauge* ring_ = nullptr;
 };

@@ -71,12 +71,21 @@ void MemoryCard::refresh() {
 void MemoryCard::showCleanup() {
   const MonitorStore& store = services().store;
   const bool isCleaning = store.isCleaningMemory();
-  const std::string message = isCleaning ? QM_TR("正在清理内存…") : store.memoryCleanupMessage().value_or("");
+  const std::string result = isCleaning ? QM_TR("正在清理内存…") : store.memoryCleanupMessage().value_or("");
+  sawCleanup_ = sawCleanup_ || isCleaning;
   // Disabled it would give its focus away, which a second press does not deserve.
   clean_->setEnabled(!isCleaning || clean_->hasFocus());
+  const bool isCompact = form() == CardForm::compact;
+  const std::string message = result.empty() ? QM_TR("只清理本应用的缓存") : result;
   if (message_->text() != qtText(message)) message_->setText(qtText(message));
-  message_->setVisible(!message.empty());
+  message_->setVisible(!isCompact || sawCleanup_);
+  if (isCompact) body_->setHistoryShown(!sawCleanup_);
   sweep_->setActive(isCleaning);
+}
+
+void MemoryCard::hideEvent(QHideEvent* event) {
+  MonitorCard::hideEvent(event);
+  sawCleanup_ = false;
 }
 
 std::vector<Subscription> MemoryCard::subscribe(std::function<void()> changed) {

@@ -38,6 +38,17 @@ void MonitorCard::prepare() {
   setHeader(std::string(symbol(kind_)), std::string(quillmeter::tint(kind_)), qtText(title(kind_)));
   retranslate();
   refresh();
+  measure();
+}
+
+// Layouts within layouts hear of a change only when the event loop turns, which is too late for who asks for the size
+// now. Inner ones come after the outer ones in the list.
+void MonitorCard::measure() {
+  const QList<QWidget*> widgets = findChildren<QWidget*>();
+  for (auto widget = widgets.rbegin(); widget != widgets.rend(); ++widget) {
+    if (QLayout* inner = (*widget)->layout()) inner->activate();
+  }
+  layout()->activate();
 }
 
 void MonitorCard::showEvent(QShowEvent* event) {

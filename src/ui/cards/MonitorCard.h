@@ -44,6 +44,8 @@ class MonitorCard : public Card {
   void changeEvent(QEvent* event) override;
 
  private:
+  void measure();
+
   const MonitorComponentKind kind_;
   const DashboardCardSize size_;
   const ComponentPlacement placement_;

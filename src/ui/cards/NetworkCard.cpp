@@ -1,5 +1,6 @@
 #include "ui/cards/NetworkCard.h"
 
+#include <QGridLayout>
 #include <QVBoxLayout>
 
 #include "base/L10n.h"
@@ -28,8 +29,10 @@ NetworkCard::NetworkCard(DashboardCardSize size, ComponentPlacement placement, c
   const bool isCompact = form() == CardForm::compact;
   QBoxLayout* row = isCompact ? static_cast<QBoxLayout*>(new QVBoxLayout) : new QHBoxLayout;
   row->setSpacing(isCompact ? 6 : form() == CardForm::wide ? sectionSpacing : 14);
-  auto* rates = new QVBoxLayout;
-  rates->setSpacing(isCompact ? 2 : 6);
+  auto* rates = new QGridLayout;
+  rates->setHorizontalSpacing(arrowSpacing);
+  rates->setVerticalSpacing(isCompact ? 2 : 6);
+  rates->setColumnStretch(2, 1);
   down_ = addRate(rates, "↓", "down");
   up_ = addRate(rates, "↑", "up");
   row->addLayout(rates);
@@ -44,25 +47,23 @@ NetworkCard::NetworkCard(DashboardCardSize size, ComponentPlacement placement, c
   content()->addWidget(facts_);
 }
 
-NetworkCard::Rate NetworkCard::addRate(QBoxLayout* layout, const char* arrow, const char* part) {
-  auto* line = new QHBoxLayout;
-  line->setSpacing(arrowSpacing);
+NetworkCard::Rate NetworkCard::addRate(QGridLayout* grid, const char* arrow, const char* part) {
+  const bool isWide = form() == CardForm::wide;
+  const int row = grid->count() == 0 ? 0 : 1;
   auto* sign = new FigureLabel(TextRole::strong, TextTone::secondary, this);
   sign->setText(QString::fromUtf8(arrow));
   sign->setTint(std::string(quillmeter::tint(kind())));
-  line->addWidget(sign);
+  grid->addWidget(sign, row, 0);
   Rate rate;
-  if (form() == CardForm::wide) {
+  if (isWide) {
     rate.label = new FigureLabel(TextRole::body, TextTone::secondary, this);
-    line->addWidget(rate.label);
+    grid->addWidget(rate.label, row, 1);
   }
-  rate.value = new FigureLabel(form() == CardForm::wide ? TextRole::figure : TextRole::strong, TextTone::primary, this);
+  rate.value = new FigureLabel(isWide ? TextRole::figure : TextRole::strong, TextTone::primary, this);
   rate.value->setWidestText(QStringLiteral("1023.9 MB/s"));
-  if (form() == CardForm::wide) rate.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  if (isWide) rate.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   name(rate.value, part);
-  line->addWidget(rate.value);
-  line->addStretch();
-  layout->addLayout(line);
+  grid->addWidget(rate.value, row, 2);
   return rate;
 }
 

@@ -2,7 +2,7 @@
 
 #include "ui/cards/MonitorCard.h"
 
-class QBoxLayout;
+class QGridLayout;
 
 namespace quillmeter {
 
@@ -25,7 +25,7 @@ class NetworkCard : public MonitorCard {
     FigureLabel* label = nullptr;
     FigureLabel* value = nullptr;
   };
-  Rate addRate(QBoxLayout* layout, const char* arrow, const char* part);
+  Rate addRate(QGridLayout* grid, const char* arrow, const char* part);
   void show(const Rate& rate, const QString& name, const std::string& value);
 
   Rate down_;

@@ -113,7 +113,10 @@ void WifiCard::showSignal(const QuickStatusSnapshot& quick) {
 }
 
 void WifiCard::showFacts(const QuickStatusSnapshot& quick) {
-  const std::string power = !quick.wifiPowered ? "" : *quick.wifiPowered ? QM_TR("已打开") : QM_TR("已关闭");
+  // Where the title has said so already it is not said again.
+  const bool isTold = quick.connection == QuickConnection::wifi || quick.networkSymbol() == "wifi.slash";
+  const bool isImplied = !quick.wifiPowered || isTold;
+  const std::string power = isImplied ? "" : *quick.wifiPowered ? QM_TR("已打开") : QM_TR("已关闭");
   facts_->setKnownValue(power_, qtText(power));
   facts_->setKnownValue(signal_, signalText(quick));
   facts_->setKnownValue(rate_, rateText(quick));
