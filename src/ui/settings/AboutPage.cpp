@@ -48,7 +48,7 @@ AboutPage::AboutPage(const UiServices& services, QWidget* parent) : SettingsPage
   buildUpdate();
   buildPrivacy();
   buildMore();
-  column()->addStretch();
+  column()->addStretch(1);
   AboutPage::retranslate();
 }
 

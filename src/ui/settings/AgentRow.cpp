@@ -89,6 +89,7 @@ void AgentRow::retranslate() {
 void AgentRow::show(const State& state) {
   const bool isConnected = state.folderState == AgentFolderState::connected;
   showFolderState(state.folderState);
+  state_->setMinimumWidth(state_->sizeHint().width());  // only the path may be cut short
   folder_->setPath(state.folder, state.home);
   folder_->setIsExpected(!isConnected);
   connect_->setVisible(!isConnected);

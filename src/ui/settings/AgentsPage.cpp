@@ -42,7 +42,7 @@ AgentsPage::AgentsPage(const UiServices& services, QWidget* parent) : SettingsPa
   notice_->setObjectName("settings.agents.notice");
   column()->addWidget(notice_);
   buildAgents();
-  column()->addStretch();
+  column()->addStretch(1);
   AgentsPage::retranslate();
 }
 

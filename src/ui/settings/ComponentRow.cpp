@@ -142,7 +142,7 @@ void ComponentRow::paintEvent(QPaintEvent*) {
   } else if (hasSeparator_) {
     const double line = Shapes::hairline(painter);
     const double left = margin + gripEdge + gap;
-    painter.fillRect(QRectF(left, height() - line, width() - left, line), colors.separator);
+    painter.fillRect(QRectF(left, height() - line, width() - left - margin, line), colors.separator);
   }
   if (card_.isEnabled) {
     const QRectF grip(margin, (height() - gripEdge) / 2, gripEdge, gripEdge);

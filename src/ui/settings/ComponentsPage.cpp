@@ -42,7 +42,7 @@ ComponentsPage::ComponentsPage(const UiServices& services, QWidget* parent)
   list_ = new ComponentList(std::move(handlers), *this, services.timers);
   list_->setObjectName("settings.components.list");
   column()->addWidget(list_);
-  column()->addStretch();
+  column()->addStretch(1);
   ComponentsPage::retranslate();
   showArrangement(false);
 }
@@ -64,7 +64,7 @@ void ComponentsPage::buildHead() {
 }
 
 void ComponentsPage::retranslate() {
-  setPageTitle(qtText(QM_TR("组件")));
+  setPageTitle(qtText(QM_TR("组件布局")));
   placement_->setSegments({{dashboardId, qtText(QM_TR("仪表盘"))}, {menuBarId, qtText(QM_TR("菜单栏"))}});
   placement_->setChosen(arrangement_ == &dashboard_ ? dashboardId : menuBarId);
   placement_->setAccessibleName(qtText(QM_TR("布局")));

@@ -38,7 +38,7 @@ GeneralPage::GeneralPage(const UiServices& services, QWidget* parent) : Settings
   buildAppearance();
   buildSampling();
   buildPresence();
-  column()->addStretch();
+  column()->addStretch(1);
   GeneralPage::retranslate();
 }
 

@@ -7,11 +7,11 @@
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
 #include "core/model/NumberText.h"
-#include "menubar/CompactStatusRenderer.h"
 #include "menubar/MenuBarLabelEntries.h"
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
 #include "quickstatus/QuickStatusMonitor.h"
+#include "ui/settings/MenuBarStylePictures.h"
 #include "ui/settings/SliderField.h"
 #include "ui/settings/SymbolChooser.h"
 #include "ui/theme/QtText.h"
@@ -27,45 +27,6 @@ namespace {
 constexpr std::array<MenuBarStyle, 4> styles = {MenuBarStyle::metrics, MenuBarStyle::systemTrio,
                                                 MenuBarStyle::resourceTrio, MenuBarStyle::symbol};
 
-std::string titleOf(MenuBarStyle style) {
-  switch (style) {
-    case MenuBarStyle::metrics:
-      return QM_TR("数值");
-    case MenuBarStyle::systemTrio:
-      return QM_TR("系统三合一");
-    case MenuBarStyle::resourceTrio:
-      return QM_TR("资源三环");
-    case MenuBarStyle::symbol:
-      break;
-  }
-  return QM_TR("图标");
-}
-
-std::string textOf(MenuBarStyle style) {
-  switch (style) {
-    case MenuBarStyle::metrics:
-      return QM_TR("以文字显示一项数值");
-    case MenuBarStyle::systemTrio:
-      return QM_TR("外环电量 · 中间网络 · 底部音量");
-    case MenuBarStyle::resourceTrio:
-      return QM_TR("由外到内：电量、内存、CPU");
-    case MenuBarStyle::symbol:
-      break;
-  }
-  return QM_TR("只显示所选的图标");
-}
-
-bool hasRings(MenuBarStyle style) {
-  return style == MenuBarStyle::systemTrio || style == MenuBarStyle::resourceTrio;
-}
-
-// While nobody samples the connection, a picture of the style shows one rather than a question mark.
-QuickStatusSnapshot pictured(const QuickStatusMonitor& monitor) {
-  QuickStatusSnapshot quick = monitor.snapshot();
-  if (!monitor.isRunning() && quick.connection == QuickConnection::checking) quick.connection = QuickConnection::wifi;
-  return quick;
-}
-
 }  // namespace
 
 MenuBarPage::MenuBarPage(const UiServices& services, QWidget* parent) : SettingsPage(services, parent) {
@@ -74,7 +35,7 @@ MenuBarPage::MenuBarPage(const UiServices& services, QWidget* parent) : Settings
   buildMetric();
   buildOptions();
   buildSymbols();
-  column()->addStretch();
+  column()->addStretch(1);
   MenuBarPage::retranslate();
 }
 
@@ -152,9 +113,9 @@ void MenuBarPage::buildSymbols() {
 void MenuBarPage::retranslate() {
   setPageTitle(qtText(QM_TR("菜单栏")));
   for (MenuBarStyleTile* tile : tiles_) {
-    tile->setText(qtText(titleOf(tile->style())));
-    tile->setAccessibleName(qtText(titleOf(tile->style())));
-    tile->setAccessibleDescription(qtText(textOf(tile->style())));
+    tile->setText(qtText(MenuBarStylePictures::title(tile->style())));
+    tile->setAccessibleName(qtText(MenuBarStylePictures::title(tile->style())));
+    tile->setAccessibleDescription(qtText(MenuBarStylePictures::text(tile->style())));
   }
   metricGroup_->setTitle(qtText(QM_TR("数值")));
   metricRow_->setTitle(qtText(QM_TR("显示的数值")));
@@ -164,12 +125,13 @@ void MenuBarPage::retranslate() {
   }
   metric_->setChoices(std::move(metrics));
   options_->setTitle(qtText(QM_TR("外观")));
+  const QString widest = points(CompactIconOptions::sizeRange.maximum, 1);
   sizeRow_->setTitle(qtText(QM_TR("大小")));
   size_->slider()->setAccessibleName(qtText(QM_TR("大小")));
-  size_->setText([this](double value) { return points(value, 0); });
+  size_->setText([this](double value) { return points(value, 0); }, widest);
   strokeRow_->setTitle(qtText(QM_TR("线宽")));
   stroke_->slider()->setAccessibleName(qtText(QM_TR("线宽")));
-  stroke_->setText([this](double value) { return points(value, 1); });
+  stroke_->setText([this](double value) { return points(value, 1); }, widest);
   colorRow_->setTitle(qtText(QM_TR("彩色")));
   arcRow_->setTitle(qtText(QM_TR("音量弧线")));
   audioRow_->setTitle(qtText(QM_TR("声音设备")));
@@ -197,8 +159,9 @@ void MenuBarPage::refresh() {
   for (MenuBarStyleTile* tile : tiles_) {
     if (tile->style() == style) tile->setChecked(true);
   }
-  std::string text = textOf(style);
-  if (hasRings(style)) text += "\n" + QM_TR("充电时显示闪电，接通电源时显示插头；网络断开时优先显示网络状态。");
+  std::string text = MenuBarStylePictures::text(style);
+  if (MenuBarStylePictures::hasRings(style))
+    text += "\n" + QM_TR("充电时显示闪电，接通电源时显示插头；网络断开时优先显示网络状态。");
   styleText_->setText(qtText(text));
   metric_->setChosen(std::string(rawValue(chosenMenuBarMetric(services().preferences))));
   showOptions(style);
@@ -212,8 +175,8 @@ void MenuBarPage::showOptions(MenuBarStyle style) {
   symbols_->setChosen(options.symbol);
   const bool isSystem = style == MenuBarStyle::systemTrio;
   metricGroup_->setVisible(style == MenuBarStyle::metrics);
-  strokeRow_->setVisible(hasRings(style));
-  colorRow_->setVisible(hasRings(style));
+  strokeRow_->setVisible(MenuBarStylePictures::hasRings(style));
+  colorRow_->setVisible(MenuBarStylePictures::hasRings(style));
   arcRow_->setVisible(isSystem);
   audioRow_->setVisible(isSystem);
   symbolGroup_->setVisible(style == MenuBarStyle::symbol || style == MenuBarStyle::resourceTrio);
@@ -229,27 +192,11 @@ CompactIconOptions MenuBarPage::shownOptions() const {
   return options;
 }
 
-MenuBarStylePicture MenuBarPage::picture(MenuBarStyle style) const {
-  const double ratio = devicePixelRatioF();
-  const SystemSnapshot& system = services().store.system();
-  const QuickStatusSnapshot quick = pictured(services().quickStatus);
-  const CompactIconOptions options = shownOptions();
-  if (style != MenuBarStyle::metrics) {
-    return {CompactStatusRenderer::drawing(style, system, quick, options, false, false, ratio),
-            CompactStatusRenderer::drawing(style, system, quick, options, true, false, ratio)};
-  }
-  MenuBarLabel label{.entries = menuBarLabelEntries(chosenMenuBarMetric(services().preferences), system,
-                                                    services().store.agents(), quick),
-                     .layout = MenuBarLabelLayout::square,
-                     .height = options.size,
-                     .devicePixelRatio = ratio};
-  MenuBarLabel dark = label;
-  dark.dark = true;
-  return {std::move(label), std::move(dark)};
-}
-
 void MenuBarPage::showPictures() {
-  for (MenuBarStyleTile* tile : tiles_) tile->show(picture(tile->style()));
+  const CompactIconOptions options = shownOptions();
+  for (MenuBarStyleTile* tile : tiles_) {
+    tile->show(MenuBarStylePictures::picture(tile->style(), services(), options, devicePixelRatioF()));
+  }
 }
 
 }  // namespace quillmeter

@@ -37,7 +37,6 @@ class MenuBarPage final : public SettingsPage {
   void showOptions(MenuBarStyle style);
   void showPictures();
   QString points(double value, int fractionDigits) const;
-  MenuBarStylePicture picture(MenuBarStyle style) const;
   // As stored, but for the slider that is being dragged.
   CompactIconOptions shownOptions() const;
 

@@ -91,6 +91,7 @@ void MenuBarStyleTile::paintPanels(QPainter& painter, const QRectF& area) const 
   painter.fillRect(left, lightPanel);
   painter.fillRect(right, darkPanel);
   painter.restore();
+  Shapes::panel(painter, area, panelRadius, {}, ThemeColors::of(palette()).border);
   drawCentred(painter, light_, left);
   drawCentred(painter, dark_, right);
 }

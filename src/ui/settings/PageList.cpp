@@ -92,7 +92,11 @@ void PageList::setTitle(std::size_t index, const QString& title) {
 
 void PageList::setChosen(const std::string& id) {
   const auto item = std::ranges::find(items_, id, [](const PageListItem* known) { return known->id(); });
-  if (item != items_.end()) (*item)->setChecked(true);
+  if (item == items_.end()) return;
+  (*item)->setChecked(true);
+  // Who goes through the list by key goes on from the page that is shown.
+  if (isAncestorOf(window()->focusWidget())) (*item)->setFocus(Qt::OtherFocusReason);
+  setFocusProxy(*item);
 }
 
 void PageList::paintEvent(QPaintEvent*) {

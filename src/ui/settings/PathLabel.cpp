@@ -10,7 +10,7 @@ namespace quillmeter {
 
 namespace {
 
-constexpr int leastWidth = 60;
+constexpr int leastWidth = 24;
 
 QString withShortHome(const std::filesystem::path& path, const std::filesystem::path& home) {
   const std::string& text = path.native();

@@ -34,7 +34,7 @@ ScreenTimeSettingsPage::ScreenTimeSettingsPage(const UiServices& services, QWidg
   setObjectName("settings.screenTime");
   buildRecording();
   buildRecord();
-  column()->addStretch();
+  column()->addStretch(1);
   ScreenTimeSettingsPage::retranslate();
 }
 

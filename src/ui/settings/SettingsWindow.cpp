@@ -40,7 +40,7 @@ struct PageRow {
 constexpr std::array<PageRow, 6> pageRows = {{
     {"general", "gearshape", QM_TR_NOOP("通用"), make<GeneralPage>},
     {"menuBar", "menubar.rectangle", QM_TR_NOOP("菜单栏"), make<MenuBarPage>},
-    {"components", "square.grid.2x2", QM_TR_NOOP("组件"), make<ComponentsPage>},
+    {"components", "square.grid.2x2", QM_TR_NOOP("组件布局"), make<ComponentsPage>},
     {"agents", "sparkles", QM_TR_NOOP("Agent"), make<AgentsPage>},
     {"screenTime", "hourglass", QM_TR_NOOP("屏幕使用时间"), make<ScreenTimeSettingsPage>},
     {"about", "info.circle", QM_TR_NOOP("关于"), make<AboutPage>},
@@ -70,7 +70,7 @@ struct SettingsWindow::Parts {
 
 SettingsWindow::SettingsWindow(const UiServices& services) : parts_(new Parts{.services = services}) {
   constexpr QSize usualSize(780, 580);
-  constexpr QSize leastSize(620, 420);
+  constexpr QSize leastSize(720, 460);
   setObjectName("settings");
   parts_->list = new PageList(this);
   parts_->list->setObjectName("settings.pages");
@@ -88,6 +88,7 @@ SettingsWindow::SettingsWindow(const UiServices& services) : parts_(new Parts{.s
   const std::string last = services.preferences.value(SettingsKeys::settingsPage);
   const bool isPage = std::ranges::find(pageRows, last, &PageRow::id) != pageRows.end();
   showPage(isPage ? std::string_view(last) : pageRows.front().id);
+  parts_->list->setFocus();
   setMinimumSize(leastSize);
   resize(usualSize);
 }

@@ -44,9 +44,9 @@ void SliderField::setValue(double value) {
   showText();
 }
 
-void SliderField::setText(std::function<QString(double)> format) {
+void SliderField::setText(std::function<QString(double)> format, const QString& widest) {
   format_ = std::move(format);
-  text_->setWidestText(format_(scale_.maximum + scale_.step / 2));
+  text_->setWidestText(widest);
   showText();
 }
 

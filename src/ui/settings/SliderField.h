@@ -25,7 +25,8 @@ class SliderField final : public QWidget {
   void setValue(double value);
   double value() const;
   bool isDragging() const;
-  void setText(std::function<QString(double)> format);
+  // `widest` keeps room for the text, so that fields below each other line up.
+  void setText(std::function<QString(double)> format, const QString& widest);
   void setHandlers(std::function<void(double)> preview, std::function<void(double)> choose);
   QSlider* slider() const { return slider_; }
 
