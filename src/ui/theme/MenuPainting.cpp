@@ -84,23 +84,4 @@ QSize itemSize(const QStyleOptionMenuItem& option, const QSize& contents, bool i
   return {width, std::max(itemHeight, option.fontMetrics.height() + verticalPadding)};
 }
 
-void row(const QStyleOptionViewItem& option, QPainter& painter) {
-  const ThemeColors& colors = ThemeColors::of(option.palette);
-  const bool selected = option.state & QStyle::State_Selected;
-  const bool hovered = option.state & QStyle::State_MouseOver && option.state & QStyle::State_Enabled;
-  if (!selected && !hovered) {
-    if (option.backgroundBrush.style() != Qt::NoBrush) painter.fillRect(option.rect, option.backgroundBrush);
-    return;
-  }
-  Shapes::panel(painter, option.rect, rowRadius, selected ? colors.selection : colors.hover);
-}
-
-void headerSection(const QStyleOptionHeader& option, QPainter& painter) {
-  const ThemeColors& colors = ThemeColors::of(option.palette);
-  painter.fillRect(option.rect, option.palette.color(QPalette::Base));
-  const double line = Shapes::hairline(painter);
-  const QRectF edge(option.rect.left(), option.rect.bottom() + 1 - line, option.rect.width(), line);
-  painter.fillRect(Shapes::onPixels(painter, edge), colors.separator);
-}
-
 }  // namespace quillmeter::MenuPainting

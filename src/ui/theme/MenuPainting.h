@@ -4,13 +4,11 @@
 
 class QPainter;
 class QStyleOption;
-class QStyleOptionHeader;
 class QStyleOptionMenuItem;
-class QStyleOptionViewItem;
 
 namespace quillmeter {
 
-// Menus, tool tips, and the rows and headers of lists.
+// Menus, the lists of combo boxes, and tool tips.
 namespace MenuPainting {
 
 constexpr int panelMargin = 5;
@@ -22,8 +20,6 @@ void panel(const QStyleOption& option, QPainter& painter, double radius = panelR
 void item(const QStyleOptionMenuItem& option, QPainter& painter);
 // Of a menu, whose contents are the text; of a combo box's list they are nothing that counts.
 QSize itemSize(const QStyleOptionMenuItem& option, const QSize& contents, bool isInComboBox);
-void row(const QStyleOptionViewItem& option, QPainter& painter);
-void headerSection(const QStyleOptionHeader& option, QPainter& painter);
 
 }  // namespace MenuPainting
 

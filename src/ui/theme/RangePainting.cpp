@@ -13,7 +13,6 @@ namespace {
 
 constexpr int grooveThickness = 4;
 constexpr int minimumThumbLength = 32;
-constexpr int barThickness = 6;
 
 bool isHorizontal(const QStyleOptionSlider& option) {
   return option.orientation == Qt::Horizontal;
@@ -37,11 +36,6 @@ int thicknessOf(const QStyleOptionSlider& option) {
 int knobPosition(const QStyleOptionSlider& option, int room) {
   return QStyle::sliderPositionFromValue(option.minimum, option.maximum, option.sliderPosition, room,
                                          option.upsideDown);
-}
-
-QRectF centredBar(const QRect& area, int thickness) {
-  return {static_cast<double>(area.left()), area.center().y() + 0.5 - thickness / 2.0,
-          static_cast<double>(area.width()), static_cast<double>(thickness)};
 }
 
 }  // namespace
@@ -131,21 +125,6 @@ void scrollBar(const QStyleOptionSlider& option, QPainter& painter) {
   const double radius = std::min(thumb.width(), thumb.height()) / 2;
   const double share = colors.highContrast ? 0.7 : held ? 0.5 : hovered ? 0.38 : 0.22;
   Shapes::panel(painter, thumb, radius, mixed(colors.window, colors.text, share));
-}
-
-void progressGroove(const QStyleOptionProgressBar& option, QPainter& painter) {
-  Shapes::panel(painter, centredBar(option.rect, barThickness), barThickness / 2.0,
-                ThemeColors::of(option.palette).track);
-}
-
-void progressContents(const QStyleOptionProgressBar& option, QPainter& painter) {
-  const auto range = static_cast<double>(option.maximum) - option.minimum;
-  if (range <= 0) return;
-  QRectF bar = centredBar(option.rect, barThickness);
-  bar.setWidth(bar.width() * std::clamp((option.progress - option.minimum) / range, 0.0, 1.0));
-  if (bar.width() >= 1)
-    Shapes::panel(painter, bar, std::min(barThickness / 2.0, bar.width() / 2),
-                  option.palette.color(QPalette::Highlight));
 }
 
 }  // namespace quillmeter::RangePainting

@@ -98,14 +98,17 @@ class BarChart::Painting {
   // What is highlighted, else what the upper line stands for.
   void headline() {
     const QRectF& line = layout_.headline();
+    const bool hasScale = chart_.scaleText_ && !chart_.isEmpty();
+    const QString top = hasScale ? chart_.scaleText_(layout_.top()) : QString();
     if (chart_.highlighted_) {
+      constexpr double gap = 12;
       const ChartBar& shown = chart_.bars_[static_cast<std::size_t>(*chart_.highlighted_)];
+      const double taken = hasScale ? TabularText::width(top, font_) + gap : 0;
       painter_.setPen(colors_.text);
-      TabularText::draw(painter_, line, Qt::AlignRight | Qt::AlignVCenter, shown.description);
+      TabularText::draw(painter_, line.adjusted(taken, 0, 0, 0), Qt::AlignRight | Qt::AlignVCenter, shown.description);
     }
-    if (!chart_.scaleText_ || chart_.isEmpty()) return;
+    if (!hasScale) return;
     painter_.setPen(colors_.tertiaryText);
-    const QString top = chart_.scaleText_(layout_.top());
     TabularText::draw(painter_, line, Qt::AlignLeft | Qt::AlignVCenter, top);
     const double height = line.height();
     const QRectF middle(line.left(), layout_.yOf(layout_.top() / 2) - height, line.width(), height);

@@ -66,8 +66,9 @@ void ToggleSwitch::paintEvent(QPaintEvent*) {
   const double room = trackWidth - 2 * gap - knobSize;
   const double along = layoutDirection() == Qt::RightToLeft ? 1 - knob_ : knob_;
   const QRectF knob(track.left() + gap + room * along, track.top() + gap, knobSize, knobSize);
-  const QColor face = isEnabled() ? QColor(Qt::white) : mixed(colors.surface, colors.text, 0.12);
-  Shapes::panel(painter, knob, knobSize / 2, face, colors.highContrast ? colors.text : QColor());
+  QColor face = isEnabled() ? QColor(Qt::white) : mixed(colors.surface, colors.text, 0.12);
+  if (colors.highContrast) face = isChecked() ? colors.accentText : colors.text;
+  Shapes::panel(painter, knob, knobSize / 2, face);
   if (Shapes::showsFocus(*this)) {
     constexpr double margin = 3;
     Shapes::focusFrame(painter, track.adjusted(-margin, -margin, margin, margin), radius + margin, colors);
