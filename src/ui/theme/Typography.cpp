@@ -19,9 +19,9 @@ Shape shapeOf(TextRole role) {
     case TextRole::strong:
       return {1, QFont::DemiBold};
     case TextRole::heading:
-      return {1.05, QFont::Bold};
+      return {1.08, QFont::DemiBold};
     case TextRole::title:
-      return {1.6, QFont::Bold};
+      return {1.6, QFont::DemiBold};
     case TextRole::figure:
       return {1.75, QFont::Normal};
     case TextRole::largeFigure:

@@ -1,5 +1,7 @@
 #include "ui/widgets/Card.h"
 
+#include <algorithm>
+
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QVBoxLayout>
@@ -16,7 +18,8 @@ namespace {
 constexpr int padding = 16;
 constexpr int spacing = 12;
 constexpr int symbolPoints = 16;
-constexpr int headerHeight = 28;
+constexpr int groundHeight = 28;
+constexpr int headerHeight = 32;  // of its controls, so that the titles of neighbours stand in line
 
 }  // namespace
 
@@ -72,6 +75,10 @@ Card::Card(QWidget* parent) : QWidget(parent) {
 
 Card::Header& Card::header() {
   if (header_ == nullptr) {
+    // The symbol's ground, which is lower than the line, keeps the padding above it.
+    QMargins margins = layout()->contentsMargins();
+    margins.setTop(std::max(0, margins.top() - (headerHeight - groundHeight) / 2));
+    layout()->setContentsMargins(margins);
     header_ = new Header(this);
     static_cast<QVBoxLayout*>(layout())->insertWidget(0, header_);
   }

@@ -99,7 +99,13 @@ void SegmentedControl::setChosen(const std::string& id) {
     buttons_[index]->setAutoExclusive(false);
     buttons_[index]->setChecked(isChosen);
   }
-  for (Button* button : buttons_) button->setAutoExclusive(true);
+  const bool isAnyChosen = std::ranges::any_of(buttons_, &QAbstractButton::isChecked);
+  for (Button* button : buttons_) {
+    button->setAutoExclusive(true);
+    // Tab goes to the one that is chosen, or to the first.
+    const bool isReached = isAnyChosen ? button->isChecked() : button == buttons_.front();
+    button->setFocusPolicy(isReached ? Qt::StrongFocus : Qt::ClickFocus);
+  }
 }
 
 void SegmentedControl::choose(const std::string& id) {
