@@ -93,7 +93,9 @@ QVariant StatusNotifierItem::iconPixmaps() {
 QVariant StatusNotifierItem::tooltip() {
   tooltipText_ = content_.tooltipText();
   tooltipFetched_ = true;
-  return QVariant::fromValue(NotifierTooltip{{}, {}, QStringLiteral("Quillmeter"), qtText(tooltipText_)});
+  // Some panels show the title alone, so the first line of figures is the title.
+  const QString text = qtText(tooltipText_);
+  return QVariant::fromValue(NotifierTooltip{{}, {}, text.section('\n', 0, 0), text.section('\n', 1)});
 }
 
 // All of them, or the one that is asked for.

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 
@@ -15,8 +16,11 @@ namespace quillmeter {
 
 namespace {
 
-// The look is compared as it is at twice the usual size: what cannot be told apart there is not worth a new icon.
-constexpr int comparedPixels = 2 * TrayPicture::usualPixels;
+// The look is compared as it is at the usual size on the finest screen: what cannot be told apart there is not worth a
+// new icon, which costs a panel on the message bus a dozen questions.
+int comparedPixels() {
+  return static_cast<int>(std::lround(TrayPicture::usualPixels * qGuiApp->devicePixelRatio()));
+}
 
 // Options that give an icon for a square of so many pixels at a ratio of 1 or more.
 struct Scaled {
@@ -62,9 +66,9 @@ bool TrayPicture::update(const SystemSnapshot& system, const AgentUsageSnapshot&
   Look next;
   if (style_ == MenuBarStyle::metrics) {
     entries_ = menuBarLabelEntries(metric_, system, agents, quick);
-    next = look(comparedPixels);
+    next = look(comparedPixels());
   } else {
-    const auto [options, ratio] = scaledTo(comparedPixels, options_);
+    const auto [options, ratio] = scaledTo(comparedPixels(), options_);
     next = CompactStatusRenderer::drawing(style_, system, quick, options, dark_, false, ratio);
   }
   if (next == shown_) return false;
