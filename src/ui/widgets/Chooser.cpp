@@ -10,10 +10,11 @@ Chooser::Chooser(QWidget* parent) : QComboBox(parent) {
   setFocusPolicy(Qt::StrongFocus);
   setSizeAdjustPolicy(QComboBox::AdjustToContents);
   connect(this, &QComboBox::activated, this, [this](int index) {
-    const std::string& id = choices_[static_cast<std::size_t>(index)].id;
+    // A copy: the handler may set other choices.
+    const std::string id = choices_[static_cast<std::size_t>(index)].id;
     if (id == chosen_) return;
     chosen_ = id;
-    if (handler_) handler_(chosen_);
+    if (handler_) handler_(id);
   });
 }
 

@@ -61,6 +61,7 @@ SegmentedControl::SegmentedControl(QWidget* parent) : QWidget(parent) {
   line->setContentsMargins(inset, inset, inset, inset);
   line->setSpacing(2);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  connect(this, &QObject::objectNameChanged, this, [this] { nameButtons(); });
 }
 
 void SegmentedControl::setSegments(std::vector<Segment> segments) {
@@ -85,10 +86,16 @@ void SegmentedControl::rebuild() {
   }
   for (std::size_t index = 0; index < segments_.size(); ++index) {
     buttons_[index]->setText(segments_[index].title);
-    buttons_[index]->setObjectName(objectName() + QLatin1Char('.') + QString::fromStdString(segments_[index].id));
     buttons_[index]->updateGeometry();
   }
+  nameButtons();
   setChosen(chosen_);
+}
+
+// After the control and the choice: "agents.range.week".
+void SegmentedControl::nameButtons() {
+  for (std::size_t index = 0; index < segments_.size(); ++index)
+    buttons_[index]->setObjectName(objectName() + QLatin1Char('.') + QString::fromStdString(segments_[index].id));
 }
 
 void SegmentedControl::setChosen(const std::string& id) {
@@ -108,7 +115,7 @@ void SegmentedControl::setChosen(const std::string& id) {
   }
 }
 
-void SegmentedControl::choose(const std::string& id) {
+void SegmentedControl::choose(std::string id) {
   if (id == chosen_) return;
   chosen_ = id;
   if (handler_) handler_(id);

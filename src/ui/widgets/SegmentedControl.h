@@ -32,7 +32,9 @@ class SegmentedControl : public QWidget {
  private:
   class Button;
   void rebuild();
-  void choose(const std::string& id);
+  void nameButtons();
+  // A copy: the handler may set other segments.
+  void choose(std::string id);
 
   std::vector<Segment> segments_;
   std::vector<Button*> buttons_;
