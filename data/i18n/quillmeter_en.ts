@@ -383,7 +383,7 @@
     <message id="统计范围"><source/><translation>Range</translation></message>
     <message id="去连接"><source/><translation>Connect</translation></message>
     <message id="这段时间没有用量"><source/><translation>No usage in this time</translation></message>
-    <message id="连接 Agent 的日志文件夹后，在这里显示 Token 用量。"><source/><translation>Connect agents to see their token usage here.</translation></message>
+    <message id="连接 Agent 后显示 Token 用量"><source/><translation>Connect agents to see their token usage</translation></message>
     <message id="连接 Agent"><source/><translation>Connect Agents</translation></message>
     <message id="信号"><source/><translation>Signal</translation></message>
     <message id="速率"><source/><translation>Rate</translation></message>

@@ -1,6 +1,5 @@
 #include "ui/cards/AgentTokensCard.h"
 
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "base/Clock.h"
@@ -15,11 +14,12 @@
 #include "ui/cards/ConnectPrompt.h"
 #include "ui/cards/FactList.h"
 #include "ui/cards/MiniBars.h"
+#include "ui/cards/ScanMessageLine.h"
 #include "ui/cards/UsageBars.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/BarChart.h"
 #include "ui/widgets/Chooser.h"
-#include "ui/widgets/Paragraph.h"
+#include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/SegmentedControl.h"
 
 namespace quillmeter {
@@ -51,7 +51,10 @@ AgentTokensCard::AgentTokensCard(DashboardCardSize size, ComponentPlacement plac
   }
   content()->addWidget(usage_, 1);
   content()->addWidget(prompt_);
-  if (form() != CardForm::compact) buildMessage();
+  if (form() == CardForm::compact) return;
+  message_ = new ScanMessageLine(
+      objectName(), [&actions = services.actions] { actions.showSettings("agents"); }, this);
+  content()->addWidget(message_);
 }
 
 void AgentTokensCard::buildHeader() {
@@ -148,22 +151,6 @@ void AgentTokensCard::buildLargeUsage() {
   layout->addWidget(chart_, 1);
 }
 
-void AgentTokensCard::buildMessage() {
-  messageLine_ = new QWidget(this);
-  message_ = new Paragraph(TextRole::caption, TextTone::secondary, messageLine_);
-  name(message_, "message");
-  connect_ = new QPushButton(messageLine_);
-  name(connect_, "connect");
-  connect(connect_, &QPushButton::clicked, this, [this] { this->services().actions.showSettings("agents"); });
-  auto* row = new QHBoxLayout(messageLine_);
-  row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(12);
-  row->addWidget(message_, 1);
-  row->addWidget(connect_, 0, Qt::AlignVCenter);
-  messageLine_->hide();
-  content()->addWidget(messageLine_);
-}
-
 void AgentTokensCard::retranslate() {
   busy_->setDescription(qtText(QM_TR("正在读取本地 Agent 日志")));
   retranslateRanges();
@@ -173,7 +160,7 @@ void AgentTokensCard::retranslate() {
     facts_->setLabel(cached_, qtText(QM_TR("缓存")));
     facts_->setLabel(hits_, qtText(QM_TR("缓存命中")));
   }
-  if (connect_ != nullptr) connect_->setText(qtText(QM_TR("去连接")));
+  if (message_ != nullptr) message_->setActionTitle(qtText(QM_TR("去连接")));
   if (chart_ != nullptr) chart_->setEmptyText(qtText(QM_TR("这段时间没有用量")));
 }
 
@@ -238,7 +225,7 @@ void AgentTokensCard::showRange(bool isMeasured) {
 
 void AgentTokensCard::showPrompt(bool isEnabled) {
   if (isEnabled) {
-    prompt_->show(qtText(QM_TR("连接 Agent 的日志文件夹后，在这里显示 Token 用量。")), qtText(QM_TR("连接 Agent")));
+    prompt_->show(qtText(QM_TR("连接 Agent 后显示 Token 用量")), qtText(QM_TR("连接 Agent")));
   } else {
     prompt_->show(qtText(QM_TR("Agent Token 监控已关闭")), qtText(QM_TR("打开设置")));
   }
@@ -285,19 +272,12 @@ void AgentTokensCard::showBars(const AgentUsageSnapshot& agents) {
 void AgentTokensCard::showMessage(const AgentUsageSnapshot& agents) {
   const bool isShown = !usage_->isHidden() && agents.scanStatus.has_value();
   const QString text = isShown ? qtText(*agents.scanMessage(services().conventions())) : QString();
-  if (messageLine_ == nullptr) {
-    if (toolTip() == text) return;
+  if (message_ != nullptr) {
+    message_->show(isShown ? agents.scanStatus : std::nullopt, text);
+  } else if (toolTip() != text) {
     setToolTip(text);
     setAccessibleDescription(text);
-    return;
   }
-  if (isShown) {
-    const AgentScanStatus::Kind what = agents.scanStatus->kind;
-    message_->setTone(what == AgentScanStatus::Kind::incompleteLogs ? TextTone::warning : TextTone::secondary);
-    connect_->setVisible(what == AgentScanStatus::Kind::missingAuthorization);
-    if (message_->text() != text) message_->setText(text);
-  }
-  messageLine_->setVisible(isShown);
 }
 
 std::vector<Subscription> AgentTokensCard::subscribe(std::function<void()> changed) {

@@ -5,8 +5,6 @@
 #include "agents/model/AgentUsageSnapshot.h"
 #include "ui/cards/MonitorCard.h"
 
-class QPushButton;
-
 namespace quillmeter {
 
 class BarChart;
@@ -16,7 +14,7 @@ class ConnectPrompt;
 class FactList;
 class FigureLabel;
 class MiniBars;
-class Paragraph;
+class ScanMessageLine;
 class SegmentedControl;
 
 // Tokens of the range that the user looks at, with their course by hour or day and what the scan has to say. Without
@@ -37,7 +35,6 @@ class AgentTokensCard : public MonitorCard {
   void buildUsage();
   void buildCompactUsage();
   void buildLargeUsage();
-  void buildMessage();
   AgentUsageRange range() const;
   void choose(const std::string& range);
   void retranslateRanges();
@@ -60,9 +57,7 @@ class AgentTokensCard : public MonitorCard {
   int hits_ = 0;
   MiniBars* miniBars_ = nullptr;
   BarChart* chart_ = nullptr;
-  QWidget* messageLine_ = nullptr;
-  Paragraph* message_ = nullptr;
-  QPushButton* connect_ = nullptr;
+  ScanMessageLine* message_ = nullptr;
   ConnectPrompt* prompt_;
 };
 

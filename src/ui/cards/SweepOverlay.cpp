@@ -18,7 +18,7 @@ namespace {
 constexpr int sweepMilliseconds = 1'400;
 constexpr int fadeMilliseconds = 260;
 constexpr double bandShare = 0.55;    // of the width
-constexpr double slant = 0.28;        // horizontal shift over the height
+constexpr double slant = 0.16;        // horizontal shift over the height
 constexpr double pushedShare = 0.12;  // how far a speck is taken along, of the width
 
 // Where specks lie, as shares of width and height, and their diameter.
@@ -125,7 +125,11 @@ void SweepOverlay::paintBand(QPainter& painter, const QColor& color, double posi
   const double band = width() * bandShare;
   const double shift = height() * slant;
   const double front = -shift + position * (width() + band + 2 * shift);
-  QLinearGradient gradient(QPointF(front - band, 0), QPointF(front, shift * slant));
+  // Across the slanted front, so that the light fades behind it evenly.
+  const double length = std::hypot(height(), 2 * shift);
+  const QPointF across(height() / length, 2 * shift / length);
+  const QPointF middle(front, height() / 2.0);
+  QLinearGradient gradient(middle - across * (band * height() / length), middle);
   gradient.setColorAt(0, withAlpha(color, 0));
   gradient.setColorAt(0.7, withAlpha(color, 0.13 * strength));
   gradient.setColorAt(0.97, withAlpha(color, 0.30 * strength));

@@ -35,7 +35,7 @@ TEST_F(AgentCards, tokensLeadToTheSettingsWhereThereIsNothingToCount) {
   services_.description.agents[AgentLogProvider::codex].isInstalled = true;
   services_.start();
   show(MonitorComponentKind::agentTokens);
-  EXPECT_EQ(text("card.agentTokens.prompt"), "连接 Agent 的日志文件夹后，在这里显示 Token 用量。");
+  EXPECT_EQ(text("card.agentTokens.prompt"), "连接 Agent 后显示 Token 用量");
   EXPECT_FALSE(part<QWidget>("card.agentTokens.total").isVisible());
   part<QAbstractButton>("card.agentTokens.act").click();
   EXPECT_EQ(services_.actions.asked, std::vector<std::string>{"settings agents"});

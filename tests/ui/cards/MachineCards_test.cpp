@@ -47,6 +47,11 @@ TEST_F(MachineCards, paintNothingWhenNothingChanged) {
       EXPECT_TRUE(counter.paints.empty()) << rawValue(kind) << " painted " << counter.paints.begin()->first;
     }
   }
+  PaintCounter counter(show(MonitorComponentKind::cpu));
+  services_.description.processorLoad = {0.7};
+  services_.advance(2);
+  QApplication::processEvents();
+  EXPECT_GT(counter.paints["card.cpu.usage"], 0) << "what changed is painted";
 }
 
 TEST_F(MachineCards, hearChangesOnlyWhileTheyAreVisible) {
