@@ -133,7 +133,7 @@ void ComponentList::chainFocus() {
       QList<QWidget*> chain = rows_.at(kind)->findChildren<QWidget*>();
       chain.prepend(rows_.at(kind));
       for (QWidget* widget : chain) {
-        if (!(widget->focusPolicy() & Qt::TabFocus)) continue;
+        if (widget->focusPolicy() == Qt::NoFocus) continue;
         if (last != nullptr) setTabOrder(last, widget);
         last = widget;
       }

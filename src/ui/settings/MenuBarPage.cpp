@@ -157,6 +157,7 @@ std::vector<Subscription> MenuBarPage::subscribe(std::function<void()>) {
 void MenuBarPage::refresh() {
   const MenuBarStyle style = chosenMenuBarStyle(services().preferences);
   for (MenuBarStyleTile* tile : tiles_) {
+    tile->setFocusPolicy(tile->style() == style ? Qt::StrongFocus : Qt::ClickFocus);
     if (tile->style() == style) tile->setChecked(true);
   }
   std::string text = MenuBarStylePictures::text(style);

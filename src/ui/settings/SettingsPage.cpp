@@ -14,6 +14,31 @@
 
 namespace quillmeter {
 
+namespace {
+
+void collectFocusable(QWidget& widget, std::vector<QWidget*>& found);
+
+void collectFocusable(QLayout& layout, std::vector<QWidget*>& found) {
+  for (int index = 0; index < layout.count(); ++index) {
+    QLayoutItem* item = layout.itemAt(index);
+    if (item->widget() != nullptr) collectFocusable(*item->widget(), found);
+    if (item->layout() != nullptr) collectFocusable(*item->layout(), found);
+  }
+}
+
+// In the order of reading: as the layout has it, or where the widget places its children itself, as they stand.
+void collectFocusable(QWidget& widget, std::vector<QWidget*>& found) {
+  if (widget.focusPolicy() != Qt::NoFocus) found.push_back(&widget);
+  if (widget.layout() != nullptr) return collectFocusable(*widget.layout(), found);
+  QList<QWidget*> children = widget.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+  std::ranges::stable_sort(children, {}, [](const QWidget* child) { return std::pair(child->y(), child->x()); });
+  for (QWidget* child : children) {
+    if (!child->isWindow()) collectFocusable(*child, found);
+  }
+}
+
+}  // namespace
+
 SettingsPage::SettingsPage(const UiServices& services, QWidget* parent)
     : ScrollPage(widestColumn, parent), services_(services), title_(new Paragraph(TextRole::title)) {
   constexpr int gap = 20;
@@ -51,6 +76,12 @@ void SettingsPage::bind(SegmentedControl* control, const StringSetting& setting)
   control->setHandler([this, setting](const std::string& id) { store(setting.key, id); });
 }
 
+void SettingsPage::chainFocus() {
+  std::vector<QWidget*> order;
+  collectFocusable(*column(), order);
+  for (std::size_t index = 1; index < order.size(); ++index) setTabOrder(order[index - 1], order[index]);
+}
+
 void SettingsPage::showStored() {
   for (const auto& show : bindings_) show();
   refresh();
@@ -72,6 +103,7 @@ void SettingsPage::showEvent(QShowEvent* event) {
         [this](const std::vector<std::string>&, PreferenceChangeOrigin) { showStored(); }));
   }
   showStored();
+  chainFocus();
   ScrollPage::showEvent(event);
 }
 

@@ -42,6 +42,8 @@ class SettingsPage : public ScrollPage {
   // Keeps a control and a setting the same. A stored text that is no segment shows as the setting's default.
   void bind(ToggleSwitch* control, const BooleanSetting& setting);
   void bind(SegmentedControl* control, const StringSetting& setting);
+  // Tab goes through the page as it is read. Once for what is there; controls that come or move later are chained anew.
+  void chainFocus();
   // Bound controls, then refresh().
   void showStored();
 

@@ -97,6 +97,11 @@ SymbolChooser::SymbolChooser(QWidget* parent) : QWidget(parent), group_(new QBut
 void SymbolChooser::setChosen(std::string_view symbol) {
   const auto& symbols = CompactIconOptions::symbols;
   const auto found = std::ranges::find(symbols, symbol);
+  // Tab goes to the one that is chosen, or to the first.
+  const auto reached = found == symbols.end() ? symbols.begin() : found;
+  for (QAbstractButton* button : group_->buttons()) {
+    button->setFocusPolicy(group_->id(button) == reached - symbols.begin() ? Qt::StrongFocus : Qt::ClickFocus);
+  }
   if (found != symbols.end()) return group_->button(static_cast<int>(found - symbols.begin()))->setChecked(true);
   QAbstractButton* chosen = group_->checkedButton();
   if (chosen == nullptr) return;

@@ -209,6 +209,19 @@ TEST_F(SettingsWindowTest, anUpdateIsSoughtWhenAskedAndItsNotesShow) {
   EXPECT_EQ(services->actions.asked, std::vector<std::string>{"onboarding"});
 }
 
+TEST_F(SettingsWindowTest, tabGoesThroughAPageAsItIsRead) {
+  open("general");
+  window->activateWindow();
+  std::vector<std::string> order;
+  for (int step = 0; step < 6; ++step) {
+    order.push_back(window->focusWidget()->objectName().toStdString());
+    QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+  }
+  const std::string page = "settings.general.";
+  EXPECT_EQ(order, (std::vector<std::string>{"settings.pages.general", page + "theme.light", page + "language.zh-Hans",
+                                             page + "refreshInterval.2", page + "launchAtLogin", page + "showInDock"}));
+}
+
 TEST_F(SettingsWindowTest, aChangeOfLanguageReachesEveryPage) {
   open("menuBar");
   for (const char* page : {"general", "components", "agents", "screenTime", "about"}) window->showPage(page);
