@@ -25,7 +25,8 @@ constexpr int usualWidth = 760;
 
 CardGrid::CardGrid(const UiServices& services, std::function<void(const Step&)> edit, QWidget* parent)
     : QWidget(parent), services_(services), edit_(std::move(edit)) {
-  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
+  // Not fixed: that would hold the grid to the height of its size hint, which is that of another width.
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
 }
@@ -188,7 +189,8 @@ void CardGrid::drag(QPoint pointer) {
   drag_->pointer = pointer;
   CardSlot* slot = drag_->slot;
   const QPoint corner = mapFromGlobal(pointer) - drag_->grip;
-  slot->move(corner.x(), std::clamp(corner.y(), -slot->height() / 2, std::max(0, height() - slot->height() / 2)));
+  slot->move(std::clamp(corner.x(), 0, std::max(0, width() - slot->width())),
+             std::clamp(corner.y(), 0, std::max(0, height() - slot->height())));
   const std::size_t place = placeUnder(slot);
   const std::size_t present = placeOf(slot);
   if (place != present) {

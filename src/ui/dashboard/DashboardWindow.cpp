@@ -130,7 +130,7 @@ bool DashboardWindow::pressWithControl(int key) {
 void DashboardWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F5) {
     parts_->services.store.refreshAll();
-  } else if (event->modifiers() != Qt::ControlModifier || !pressWithControl(event->key())) {
+  } else if ((event->modifiers() & ~Qt::KeypadModifier) != Qt::ControlModifier || !pressWithControl(event->key())) {
     QWidget::keyPressEvent(event);
   }
 }

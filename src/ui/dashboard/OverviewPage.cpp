@@ -153,7 +153,7 @@ void OverviewPage::keyPressEvent(QKeyEvent* event) {
     edit_->setFocus(Qt::OtherFocusReason);
   } else if (isEditing_ && event->matches(QKeySequence::Undo)) {
     edit([](CardArrangement& cards) { return cards.undo(); });
-  } else if (isEditing_ && (event->matches(QKeySequence::Redo) || event->key() == Qt::Key_Y)) {
+  } else if (isEditing_ && (event->matches(QKeySequence::Redo) || event->keyCombination() == (Qt::CTRL | Qt::Key_Y))) {
     edit([](CardArrangement& cards) { return cards.redo(); });
   } else {
     QWidget::keyPressEvent(event);

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "DashboardFixture.h"
 #include "ui/dashboard/CardHandles.h"
@@ -133,6 +135,36 @@ TEST_F(OverviewEditing, aLayoutOfAnotherProgramShowsAtOnceEvenDuringADrag) {
   settle();
   EXPECT_EQ(seen().front(), "fan");
   EXPECT_TRUE(isShown("dashboard.hidden.cpu"));
+}
+
+TEST_F(OverviewEditing, aCardHeldAtTheLowerEdgeScrollsThePage) {
+  auto& area = part<QScrollArea>("dashboard.overview.scroll");
+  CardHandles& held = card("cpu");
+  const QPoint start = held.mapToGlobal(QPoint(20, 20));
+  mouse(held, QEvent::MouseButtonPress, start);
+  mouse(held, QEvent::MouseMove, area.viewport()->mapToGlobal(QPoint(60, area.viewport()->height() - 3)));
+  const QPoint before = held.mapTo(window_.get(), QPoint());
+  services_.timers.advance(0.1);
+  EXPECT_GT(area.verticalScrollBar()->value(), 40);
+  EXPECT_EQ(held.mapTo(window_.get(), QPoint()), before) << "the card did not stay under the pointer";
+  mouse(held, QEvent::MouseButtonRelease, start);
+  EXPECT_EQ(std::ranges::count_if(services_.timers.running(), [](const auto& timer) { return timer.interval < 0.1; }),
+            0);
+}
+
+TEST_F(OverviewEditing, aNarrowWindowShowsTheCardsBelowEachOther) {
+  window_->resize(680, 600);
+  settle();
+  const QWidget& grid = part("dashboard.grid");
+  EXPECT_EQ(grid.y(), 0);
+  int bottom = -14;
+  for (const std::string& name : seen()) {
+    const QWidget& slot = *card(name).parentWidget();
+    EXPECT_EQ(slot.geometry().topLeft(), QPoint(0, bottom + 14)) << name;
+    EXPECT_EQ(slot.width(), grid.width()) << name;
+    bottom = slot.y() + slot.height();
+  }
+  EXPECT_EQ(grid.height(), bottom);
 }
 
 TEST_F(OverviewEditing, withoutAnyCardThePageSaysHowToGetThemBack) {
