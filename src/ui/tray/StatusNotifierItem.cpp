@@ -1,5 +1,6 @@
 #include "ui/tray/StatusNotifierItem.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -26,6 +27,20 @@ constexpr const char* watcherPath = "/StatusNotifierWatcher";
 
 // The squares of the usual panels at a scale of 1 and 2, 36 kB together. A panel takes the one that fits best.
 constexpr std::array<int, 6> panelPixels = {16, 22, 24, 32, 44, 64};
+
+constexpr std::array emptyTexts = {"IconName", "IconThemePath", "OverlayIconName", "AttentionIconName",
+                                   "AttentionMovieName"};
+constexpr std::array otherProperties = {"IconPixmap",
+                                        "ToolTip",
+                                        "Menu",
+                                        "Category",
+                                        "Id",
+                                        "Title",
+                                        "Status",
+                                        "WindowId",
+                                        "ItemIsMenu",
+                                        "OverlayIconPixmap",
+                                        "AttentionIconPixmap"};
 
 // Where the panel says that the click was. On a scaled screen panels disagree about the unit; then the pointer decides.
 QRect clickedAt(const QVariantList& arguments) {
@@ -98,24 +113,28 @@ QVariant StatusNotifierItem::tooltip() {
   return QVariant::fromValue(NotifierTooltip{{}, {}, text.section('\n', 0, 0), text.section('\n', 1)});
 }
 
-// All of them, or the one that is asked for.
-QVariantMap StatusNotifierItem::properties(const QString& only) {
-  QVariantMap all{{"Category", "SystemServices"},
-                  {"Id", "quillmeter"},
-                  {"Title", "Quillmeter"},
-                  {"Status", "Active"},
-                  {"WindowId", 0},
-                  {"IconName", ""},
-                  {"IconThemePath", ""},
-                  {"OverlayIconName", ""},
-                  {"OverlayIconPixmap", QVariant::fromValue(QList<NotifierPixmap>())},
-                  {"AttentionIconName", ""},
-                  {"AttentionIconPixmap", QVariant::fromValue(QList<NotifierPixmap>())},
-                  {"AttentionMovieName", ""},
-                  {"ItemIsMenu", false},
-                  {"Menu", QVariant::fromValue(QDBusObjectPath(NotifierMenu::path))}};
-  if (only.isEmpty() || only == "IconPixmap") all["IconPixmap"] = iconPixmaps();
-  if (only.isEmpty() || only == "ToolTip") all["ToolTip"] = tooltip();
+// Invalid for a name that is no property. Only what is asked for is made.
+QVariant StatusNotifierItem::valueOf(const QString& name) {
+  if (name == "IconPixmap") return iconPixmaps();
+  if (name == "ToolTip") return tooltip();
+  if (name == "Menu") return QVariant::fromValue(QDBusObjectPath(NotifierMenu::path));
+  if (name == "Category") return QStringLiteral("SystemServices");
+  if (name == "Id") return QStringLiteral("quillmeter");
+  if (name == "Title") return QStringLiteral("Quillmeter");
+  if (name == "Status") return QStringLiteral("Active");
+  if (name == "WindowId") return 0;
+  if (name == "ItemIsMenu") return false;
+  if (name == "OverlayIconPixmap" || name == "AttentionIconPixmap") {
+    return QVariant::fromValue(QList<NotifierPixmap>());
+  }
+  const auto isEmptyText = [&name](const char* text) { return name == QLatin1String(text); };
+  return std::ranges::any_of(emptyTexts, isEmptyText) ? QVariant(QString()) : QVariant();
+}
+
+QVariantMap StatusNotifierItem::allProperties() {
+  QVariantMap all;
+  for (const char* name : otherProperties) all[name] = valueOf(name);
+  for (const char* name : emptyTexts) all[name] = valueOf(name);
   return all;
 }
 
@@ -145,12 +164,11 @@ bool StatusNotifierItem::handleMessage(const QDBusMessage& message, const QDBusC
   QVariantList out;
   if (message.interface() == propertiesInterface) {
     if (message.member() == "GetAll") {
-      out = {properties({})};
+      out = {allProperties()};
     } else if (message.member() == "Get" && message.signature() == "ss") {
-      const QString name = message.arguments().at(1).toString();
-      const QVariantMap values = properties(name);
-      if (!values.contains(name)) return false;
-      out = {QVariant::fromValue(QDBusVariant(values.value(name)))};
+      const QVariant value = valueOf(message.arguments().at(1).toString());
+      if (!value.isValid()) return false;
+      out = {QVariant::fromValue(QDBusVariant(value))};
     } else {
       return false;
     }

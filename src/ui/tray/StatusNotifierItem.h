@@ -32,7 +32,8 @@ class StatusNotifierItem final : public QDBusVirtualObject, public TrayBackend {
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  private:
-  QVariantMap properties(const QString& only);
+  QVariant valueOf(const QString& name);
+  QVariantMap allProperties();
   QVariant iconPixmaps();
   QVariant tooltip();
   bool handleCall(const QDBusMessage& message);

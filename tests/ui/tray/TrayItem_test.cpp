@@ -104,6 +104,20 @@ TEST_F(Tray, aPanelOnTheBusGetsTheItemWithSharpImagesAndFigures) {
   EXPECT_TRUE(tooltip.text.startsWith("电量 ")) << tooltip.text.toStdString();
 }
 
+TEST_F(Tray, aPanelMayReadEverythingAtOnce) {
+  showWithWatcher();
+  const QDBusMessage reply =
+      desktop_.callItem(itemPath, "org.freedesktop.DBus.Properties", "GetAll", {QString(itemInterface)});
+  const auto all = qdbus_cast<QVariantMap>(reply.arguments().value(0));
+  EXPECT_EQ(all.size(), 16);
+  EXPECT_EQ(all.value("Status").toString(), "Active");
+  EXPECT_EQ(qdbus_cast<QList<NotifierPixmap>>(all.value("IconPixmap")).size(), 6);
+  const QDBusMessage xml = desktop_.callItem(itemPath, "org.freedesktop.DBus.Introspectable", "Introspect", {});
+  for (const QString& name : all.keys()) {
+    EXPECT_TRUE(xml.arguments().value(0).toString().contains("\"" + name + "\"")) << name.toStdString();
+  }
+}
+
 TEST_F(Tray, thePanelIsToldOfANewIconOnlyWhenItLooksDifferentAndTheLastWasFetched) {
   showWithWatcher();
   int icons = 0;
