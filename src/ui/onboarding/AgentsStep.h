@@ -1,0 +1,54 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "access/model/AgentLogProvider.h"
+#include "base/Observers.h"
+#include "ui/UiServices.h"
+#include "ui/onboarding/OnboardingStep.h"
+
+class QPushButton;
+
+namespace quillmeter {
+
+class FoundAgentRow;
+class Card;
+class FigureLabel;
+class Notice;
+
+// The agents that were found on this machine, and how to let the program read their logs: one alone or the chosen ones
+// one after another. No folder is asked for without a click.
+class AgentsStep final : public OnboardingStep {
+ public:
+  AgentsStep(const UiServices& services, QWidget* parent);
+  void retranslate() override;
+  QWidget* firstControl() const override;
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void findAgents();
+  void addAgent(AgentLogProvider provider);
+  bool wasSwitchedOff(AgentLogProvider provider) const;
+  std::vector<AgentLogProvider> chosenAgents() const;
+  void connectAgents(const std::vector<AgentLogProvider>& providers);
+  void settle(const std::vector<AgentLogProvider>& providers);
+  std::string shownFolder(const std::filesystem::path& folder) const;
+  void showState();
+  void showSequence();
+
+  const UiServices services_;
+  Card* list_ = nullptr;
+  std::vector<FoundAgentRow*> rows_;
+  Paragraph* none_ = nullptr;
+  QPushButton* connectAll_ = nullptr;
+  FigureLabel* progress_ = nullptr;
+  Notice* feedback_ = nullptr;
+  std::vector<Subscription> changes_;
+};
+
+}  // namespace quillmeter

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <QWidget>
+
+#include "access/model/AgentLogProvider.h"
+
+class QCheckBox;
+class QPushButton;
+
+namespace quillmeter {
+
+class FigureLabel;
+
+// An agent that was found: whether it is to be connected with the others, where its logs lie, and its state or the
+// button that connects it alone.
+class FoundAgentRow : public QWidget {
+ public:
+  FoundAgentRow(AgentLogProvider provider, QWidget* parent);
+
+  AgentLogProvider provider() const { return provider_; }
+  bool isChosen() const;
+  void setChosen(bool chosen);
+  void setHandlers(std::function<void()> chosenChanged, std::function<void()> connect);
+  void showState(bool isConnected, const std::string& folder, bool isBusy);
+  void retranslate();
+
+ private:
+  void buildControls();
+
+  AgentLogProvider provider_;
+  bool isConnected_ = false;
+  QCheckBox* chosen_ = nullptr;
+  FigureLabel* name_ = nullptr;
+  FigureLabel* folder_ = nullptr;
+  FigureLabel* state_ = nullptr;
+  QPushButton* connect_ = nullptr;
+};
+
+}  // namespace quillmeter
