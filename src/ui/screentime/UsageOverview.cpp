@@ -23,9 +23,10 @@ QString described(const QString& when, double seconds) {
   return qtText(L10n::format("%@ · %@", {when.toStdString(), ActivityText::duration(seconds).toStdString()}));
 }
 
-// "3 个应用", or how much of a week it makes a day.
+// "共 3 个应用", or how much of a week it makes a day.
 QString totalNote(const ActivitySummary& summary, bool isWeek) {
   if (!(summary.total > 0)) return {};
+  if (!isWeek && summary.apps.size() == 1) return qtText(QM_TR("共 1 个应用"));
   if (!isWeek) return qtText(L10n::format(QM_TR("共 %d 个应用"), {std::to_string(summary.apps.size())}));
   const auto used = std::ranges::count_if(summary.buckets, [](const auto& bucket) { return bucket.seconds > 0; });
   const double average = summary.total / static_cast<double>(used);
