@@ -98,6 +98,7 @@ void SweepOverlay::showEvent(QShowEvent*) {
 void SweepOverlay::hideEvent(QHideEvent*) {
   sweep_.stop();
   fade_.stop();
+  if (!isActive_) hide();  // it was fading with the widget that is now hidden: it must not come back with it
 }
 
 bool SweepOverlay::eventFilter(QObject* watched, QEvent* event) {

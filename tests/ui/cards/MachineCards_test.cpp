@@ -129,6 +129,9 @@ TEST_F(MachineCards, theCleanupSweepsWhileItRunsAndThenTellsWhatCameOfIt) {
   EXPECT_EQ(text("card.memory.message"), "已释放 256 MB 本应用内存");
   EXPECT_EQ(services_.machine.allocatorRelief.calls, 1);
   EXPECT_TRUE(part<QAbstractButton>("card.memory.clean").isEnabled());
+  card.hide();
+  card.show();
+  EXPECT_FALSE(sweep->isVisible()) << "although it was fading when the card was hidden";
 }
 
 TEST_F(MachineCards, wifiWaitsForItsFirstReading) {
