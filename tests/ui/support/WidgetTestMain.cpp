@@ -35,6 +35,7 @@ void leaveTheDesktop(const std::filesystem::path& home) {
                                "QT_QPA_PLATFORMTHEME", "XDG_CURRENT_DESKTOP"}) {
     unsetenv(variable);
   }
+  if (const char* scale = std::getenv("QUILLMETER_TEST_SCALE")) setenv("QT_SCALE_FACTOR", scale, 1);
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
   setenv("QT_LOGGING_RULES", "qt.qpa.*=false", 0);
 }
