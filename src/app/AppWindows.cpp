@@ -8,6 +8,7 @@
 
 #include "preferences/SettingText.h"
 #include "ui/dashboard/DashboardWindow.h"
+#include "ui/icon/ApplicationIcon.h"
 #include "ui/onboarding/OnboardingWindow.h"
 #include "ui/popover/PopoverWindow.h"
 #include "ui/settings/SettingsWindow.h"
@@ -43,6 +44,7 @@ Window* AppWindows::open(QPointer<Window>& window) {
   if (window) return window;
   window = new Window(*services_);
   window->setAttribute(Qt::WA_DeleteOnClose);
+  window->setWindowIcon(ApplicationIcon::icon());
   QObject::connect(window, &QObject::destroyed, qApp, [this] { closed(); });
   return window;
 }
