@@ -13,7 +13,7 @@
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
 #include "ui/settings/AboutPage.h"
-#include "ui/settings/AgentsPage.h"
+#include "ui/settings/AgentSettingsPage.h"
 #include "ui/settings/ComponentsPage.h"
 #include "ui/settings/GeneralPage.h"
 #include "ui/settings/MenuBarPage.h"
@@ -41,7 +41,7 @@ constexpr std::array<PageRow, 6> pageRows = {{
     {"general", "gearshape", QM_TR_NOOP("通用"), make<GeneralPage>},
     {"menuBar", "menubar.rectangle", QM_TR_NOOP("菜单栏"), make<MenuBarPage>},
     {"components", "square.grid.2x2", QM_TR_NOOP("组件布局"), make<ComponentsPage>},
-    {"agents", "sparkles", QM_TR_NOOP("Agent"), make<AgentsPage>},
+    {"agents", "sparkles", QM_TR_NOOP("Agent"), make<AgentSettingsPage>},
     {"screenTime", "hourglass", QM_TR_NOOP("屏幕使用时间"), make<ScreenTimeSettingsPage>},
     {"about", "info.circle", QM_TR_NOOP("关于"), make<AboutPage>},
 }};

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/PreferenceDomain.h"
-#include "ui/settings/AgentRow.h"
+#include "ui/settings/AgentSettingRow.h"
 #include "ui/settings/SettingsPage.h"
 
 class QPushButton;
@@ -18,9 +18,9 @@ class SettingsGroup;
 
 // Which agents are counted, and the folders they are read from. Never looks at a folder itself, which may take long:
 // shows what the last scan found, and the stored grants.
-class AgentsPage final : public SettingsPage {
+class AgentSettingsPage final : public SettingsPage {
  public:
-  AgentsPage(const UiServices& services, QWidget* parent);
+  AgentSettingsPage(const UiServices& services, QWidget* parent);
 
  protected:
   void retranslate() override;
@@ -31,7 +31,7 @@ class AgentsPage final : public SettingsPage {
  private:
   void buildMaster();
   void buildAgents();
-  AgentRow::State stateOf(AgentLogProvider provider) const;
+  AgentSettingRow::State stateOf(AgentLogProvider provider) const;
   AgentFolderState folderState(AgentLogProvider provider, bool isGranted) const;
   // Switched on, found and not connected.
   std::vector<AgentLogProvider> waitingAgents() const;
@@ -48,7 +48,7 @@ class AgentsPage final : public SettingsPage {
   SettingRow* connectAllRow_ = nullptr;
   Notice* notice_ = nullptr;
   SettingsGroup* agents_ = nullptr;
-  std::vector<AgentRow*> rows_;
+  std::vector<AgentSettingRow*> rows_;
   std::optional<AgentLogProvider> notDisconnected_;  // the last one that could not be, until the next action
   PreferenceProblem disconnectProblem_;
 };

@@ -1,4 +1,4 @@
-#include "ui/settings/AgentsPage.h"
+#include "ui/settings/AgentSettingsPage.h"
 
 #include <algorithm>
 
@@ -35,7 +35,7 @@ Notice::Kind kindOf(AgentAuthorizationFeedback::Kind kind) {
 
 }  // namespace
 
-AgentsPage::AgentsPage(const UiServices& services, QWidget* parent) : SettingsPage(services, parent) {
+AgentSettingsPage::AgentSettingsPage(const UiServices& services, QWidget* parent) : SettingsPage(services, parent) {
   setObjectName("settings.agents");
   buildMaster();
   notice_ = new Notice(this);
@@ -43,10 +43,10 @@ AgentsPage::AgentsPage(const UiServices& services, QWidget* parent) : SettingsPa
   column()->addWidget(notice_);
   buildAgents();
   column()->addStretch(1);
-  AgentsPage::retranslate();
+  AgentSettingsPage::retranslate();
 }
 
-void AgentsPage::buildMaster() {
+void AgentSettingsPage::buildMaster() {
   master_ = new SettingsGroup(this);
   masterSwitch_ = new ToggleSwitch;
   masterSwitch_->setObjectName("settings.agents.enabled");
@@ -59,43 +59,43 @@ void AgentsPage::buildMaster() {
   column()->addWidget(master_);
 }
 
-void AgentsPage::buildAgents() {
+void AgentSettingsPage::buildAgents() {
   agents_ = new SettingsGroup(this);
   for (const AgentLogProvider provider : allAgentLogProviders) {
-    AgentRow::Handlers handlers;
+    AgentSettingRow::Handlers handlers;
     handlers.connect = [this, provider] { connectAgent(provider); };
     handlers.disconnect = [this, provider] { disconnectAgent(provider); };
     handlers.enable = [this, provider](bool on) { store(monitoringSettingsKey(provider), on); };
-    auto* row = new AgentRow(provider, std::move(handlers));
+    auto* row = new AgentSettingRow(provider, std::move(handlers));
     agents_->addWidget(row);
     rows_.push_back(row);
   }
   column()->addWidget(agents_);
 }
 
-void AgentsPage::retranslate() {
+void AgentSettingsPage::retranslate() {
   setPageTitle(qtText(QM_TR("Agent")));
   masterRow_->setTitle(qtText(QM_TR("统计 Token 用量")));
   masterRow_->setSubtitle(qtText(QM_TR("每 30 秒读取一次本机日志")));
   agents_->setTitle(qtText(QM_TR("日志来源")));
   agents_->setFootnote(qtText(QM_TR("只读取用量计数和时间，从不读取提示词、代码或工具输出。")));
-  for (AgentRow* row : rows_) row->retranslate();
+  for (AgentSettingRow* row : rows_) row->retranslate();
 }
 
-std::vector<Subscription> AgentsPage::subscribe(std::function<void()> changed) {
+std::vector<Subscription> AgentSettingsPage::subscribe(std::function<void()> changed) {
   std::vector<Subscription> subscriptions;
   subscriptions.push_back(services().store.onAgentsChange(changed));
   subscriptions.push_back(services().authorization.onChange(std::move(changed)));
   return subscriptions;
 }
 
-void AgentsPage::refresh() {
-  for (AgentRow* row : rows_) row->show(stateOf(row->provider()));
+void AgentSettingsPage::refresh() {
+  for (AgentSettingRow* row : rows_) row->show(stateOf(row->provider()));
   showWaiting();
   showNotice();
 }
 
-AgentRow::State AgentsPage::stateOf(AgentLogProvider provider) const {
+AgentSettingRow::State AgentSettingsPage::stateOf(AgentLogProvider provider) const {
   const std::filesystem::path& home = services().access.places().homeDirectory;
   const auto granted = services().access.grantedFolder(provider);
   return {.folderState = folderState(provider, granted.has_value()),
@@ -107,23 +107,23 @@ AgentRow::State AgentsPage::stateOf(AgentLogProvider provider) const {
 }
 
 // A grant that is stored is usable: a scan forgets those that are not.
-AgentFolderState AgentsPage::folderState(AgentLogProvider provider, bool isGranted) const {
+AgentFolderState AgentSettingsPage::folderState(AgentLogProvider provider, bool isGranted) const {
   if (isGranted) return AgentFolderState::connected;
   if (services().access.isDeclined(provider)) return AgentFolderState::unusable;
   const auto& detected = services().store.detectedAgentProviders();
   return std::ranges::find(detected, provider) == detected.end() ? AgentFolderState::notFound : AgentFolderState::found;
 }
 
-std::vector<AgentLogProvider> AgentsPage::waitingAgents() const {
+std::vector<AgentLogProvider> AgentSettingsPage::waitingAgents() const {
   std::vector<AgentLogProvider> waiting;
   for (const AgentLogProvider provider : allAgentLogProviders) {
-    const AgentRow::State state = stateOf(provider);
+    const AgentSettingRow::State state = stateOf(provider);
     if (state.isEnabled && state.folderState == AgentFolderState::found) waiting.push_back(provider);
   }
   return waiting;
 }
 
-void AgentsPage::showWaiting() {
+void AgentSettingsPage::showWaiting() {
   const std::vector<AgentLogProvider> waiting = waitingAgents();
   connectAllRow_->setVisible(!waiting.empty());
   connectAll_->setEnabled(!services().authorization.isConnecting());
@@ -140,7 +140,7 @@ void AgentsPage::showWaiting() {
   connectAll_->setAccessibleName(button);
 }
 
-void AgentsPage::showNotice() {
+void AgentSettingsPage::showNotice() {
   const auto progress = services().authorization.progressText();
   const auto& feedback = services().authorization.feedback();
   if (progress) {
@@ -156,7 +156,7 @@ void AgentsPage::showNotice() {
 }
 
 // Who connects an agent wants it counted, unless its switch was turned off by hand.
-void AgentsPage::connectAgent(AgentLogProvider provider) {
+void AgentSettingsPage::connectAgent(AgentLogProvider provider) {
   notDisconnected_.reset();
   const std::string key = monitoringSettingsKey(provider);
   PreferenceStore& preferences = services().preferences;
@@ -167,12 +167,12 @@ void AgentsPage::connectAgent(AgentLogProvider provider) {
   });
 }
 
-void AgentsPage::connectWaiting() {
+void AgentSettingsPage::connectWaiting() {
   notDisconnected_.reset();
   services().authorization.connectInSequence(waitingAgents());
 }
 
-void AgentsPage::disconnectAgent(AgentLogProvider provider) {
+void AgentSettingsPage::disconnectAgent(AgentLogProvider provider) {
   notDisconnected_.reset();
   const auto removed = services().access.removeAccess(provider);
   if (!removed) {
@@ -183,7 +183,7 @@ void AgentsPage::disconnectAgent(AgentLogProvider provider) {
 }
 
 // What came of the last visit is no news on the next one.
-void AgentsPage::hideEvent(QHideEvent* event) {
+void AgentSettingsPage::hideEvent(QHideEvent* event) {
   notDisconnected_.reset();
   SettingsPage::hideEvent(event);
   if (!services().authorization.isConnecting()) services().authorization.clearFeedback();

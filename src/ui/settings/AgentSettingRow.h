@@ -20,7 +20,7 @@ enum class AgentFolderState { connected, found, notFound, unusable };
 
 // One agent on the settings page: what it is, where its folder is and in which state, the buttons that connect it, and
 // whether it is counted.
-class AgentRow final : public QWidget {
+class AgentSettingRow final : public QWidget {
  public:
   struct Handlers {
     std::function<void()> connect;
@@ -36,7 +36,7 @@ class AgentRow final : public QWidget {
     bool canConnect = true;  // no picker is open
   };
 
-  AgentRow(AgentLogProvider provider, Handlers handlers, QWidget* parent = nullptr);
+  AgentSettingRow(AgentLogProvider provider, Handlers handlers, QWidget* parent = nullptr);
   AgentLogProvider provider() const { return provider_; }
   void show(const State& state);
   using QWidget::show;

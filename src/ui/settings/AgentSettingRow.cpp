@@ -1,4 +1,4 @@
-#include "ui/settings/AgentRow.h"
+#include "ui/settings/AgentSettingRow.h"
 
 #include <utility>
 
@@ -25,7 +25,7 @@ QString capitalized(std::string_view text) {
 
 }  // namespace
 
-AgentRow::AgentRow(AgentLogProvider provider, Handlers handlers, QWidget* parent)
+AgentSettingRow::AgentSettingRow(AgentLogProvider provider, Handlers handlers, QWidget* parent)
     : QWidget(parent), provider_(provider), handlers_(std::move(handlers)) {
   constexpr int symbolPoints = 16;
   constexpr int gap = 12;
@@ -67,14 +67,14 @@ AgentRow::AgentRow(AgentLogProvider provider, Handlers handlers, QWidget* parent
   retranslate();
 }
 
-QPushButton* AgentRow::addButton(const QString& name, std::function<void()> clicked) {
+QPushButton* AgentSettingRow::addButton(const QString& name, std::function<void()> clicked) {
   auto* button = new QPushButton(this);
   button->setObjectName(objectName() + name);
   connect(button, &QPushButton::clicked, this, std::move(clicked));
   return button;
 }
 
-void AgentRow::retranslate() {
+void AgentSettingRow::retranslate() {
   const std::string name = title(provider_);
   title_->setText(qtText(name));
   connect_->setText(qtText(QM_TR("连接…")));
@@ -86,7 +86,7 @@ void AgentRow::retranslate() {
   switch_->setAccessibleName(qtText(L10n::format(QM_TR("统计 %@ 的用量"), {name})));
 }
 
-void AgentRow::show(const State& state) {
+void AgentSettingRow::show(const State& state) {
   const bool isConnected = state.folderState == AgentFolderState::connected;
   showFolderState(state.folderState);
   state_->setMinimumWidth(state_->sizeHint().width());  // only the path may be cut short
@@ -100,7 +100,7 @@ void AgentRow::show(const State& state) {
   switch_->setEnabled(state.canSwitch);
 }
 
-void AgentRow::showFolderState(AgentFolderState state) {
+void AgentSettingRow::showFolderState(AgentFolderState state) {
   switch (state) {
     case AgentFolderState::connected:
       state_->setText(capitalized(QM_TR("已连接")));
