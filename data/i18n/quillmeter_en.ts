@@ -464,7 +464,7 @@
     <message id="更多"><source/><translation>More</translation></message>
     <message id="欢迎引导"><source/><translation>Welcome tour</translation></message>
     <message id="再看一次"><source/><translation>Show Again</translation></message>
-    <message id="许可证"><source/><translation>Licence</translation></message>
+    <message id="许可证"><source/><translation>License</translation></message>
     <message id="新版本"><source/><translation>New version</translation></message>
     <message id="只在点击时检查，不会自动下载或安装。"><source/><translation>Checked only when you click; nothing is downloaded or installed by itself.</translation></message>
     <message id="连接…"><source/><translation>Connect…</translation></message>
@@ -499,7 +499,7 @@
     <message id="关闭后只在菜单栏显示"><source/><translation>When off, it shows in the menu bar only</translation></message>
     <message id="显示的数值"><source/><translation>Figure to show</translation></message>
     <message id="线宽"><source/><translation>Line width</translation></message>
-    <message id="彩色"><source/><translation>Colour</translation></message>
+    <message id="彩色"><source/><translation>Color</translation></message>
     <message id="音量弧线"><source/><translation>Volume arc</translation></message>
     <message id="声音设备"><source/><translation>Sound device</translation></message>
     <message id="蓝牙音频连接时显示设备图标"><source/><translation>Shows the symbol of the device while Bluetooth audio is connected</translation></message>

@@ -112,7 +112,7 @@ void AboutPage::buildPrivacy() {
     symbol->setHasGround(true);
     auto* text = new Paragraph;
     layout->addWidget(symbol, 0, Qt::AlignTop);
-    layout->addWidget(text, 1);
+    layout->addWidget(text, 1, Qt::AlignVCenter);
     privacy_->addWidget(line);
     facts_.push_back(text);
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QWidget>
 
 namespace quillmeter {
@@ -13,6 +14,9 @@ class ProgramGlyph final : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QImage image_;  // at the scale of the screen it was last painted on
 };
 
 }  // namespace quillmeter

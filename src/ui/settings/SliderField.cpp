@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <QtCore/QSignalBlocker>
+#include <QtGui/QWheelEvent>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QSlider>
 
@@ -11,11 +12,20 @@
 
 namespace quillmeter {
 
+namespace {
+
+class Slider final : public QSlider {
+ public:
+  Slider() : QSlider(Qt::Horizontal) {}
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
+
+}  // namespace
+
 SliderField::SliderField(Scale scale, QWidget* parent)
-    : QWidget(parent),
-      scale_(scale),
-      slider_(new QSlider(Qt::Horizontal)),
-      text_(new FigureLabel(TextRole::body, TextTone::secondary)) {
+    : QWidget(parent), scale_(scale), slider_(new Slider), text_(new FigureLabel(TextRole::body, TextTone::secondary)) {
   constexpr int sliderWidth = 180;
   constexpr int gap = 12;
   slider_->setRange(0, static_cast<int>(std::lround((scale.maximum - scale.minimum) / scale.step)));

@@ -11,7 +11,7 @@ namespace quillmeter {
 class FigureLabel;
 
 // A bounded number on a slider, with its text at the end. While the user drags, changes are only previewed; the value
-// is chosen when the knob is let go. Keys and the wheel choose at once.
+// is chosen when the knob is let go. Keys choose at once; the wheel scrolls the page.
 class SliderField final : public QWidget {
  public:
   struct Scale {
