@@ -115,6 +115,8 @@ void PopoverWindow::fit() {
   const int below = heightOf(*parts_->footer);
   const int content = heightOf(*parts_->cards);
   const bool scrolls = content + below > most;
+  // Told, not left to the area: that would keep its bar for a text that wraps only beside the bar.
+  parts_->scroll->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
   const int bar = scrolls ? parts_->scroll->verticalScrollBar()->sizeHint().width() : 0;
   parts_->cards->layout()->setContentsMargins(margin, margin, std::max(0, margin - bar), margin);
   const QSize wanted(popoverWidth, std::min(content + below, most));

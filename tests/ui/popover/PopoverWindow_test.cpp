@@ -87,6 +87,8 @@ class Popover : public testing::Test {
 TEST_F(Popover, showsTheEnabledCardsOfTheMenuBarLayoutInOrder) {
   EXPECT_EQ(kinds(), "agentTokens cpu memory battery agentLimits ");
   EXPECT_EQ(window_->width(), PopoverWindow::popoverWidth);
+  const auto* scroll = child<QScrollArea>("popover.scroll");
+  EXPECT_EQ(scroll->widget()->height(), scroll->viewport()->height()) << "all of it is in view";
 }
 
 TEST_F(Popover, closesOnEscapeAndWhenItLosesTheFocus) {
