@@ -319,7 +319,7 @@
     <message id="%@ 小时"><source/><translation>%@ h</translation></message>
     <message id="%@ 分钟"><source/><translation>%@ min</translation></message>
     <message id="共 %d 个应用"><source/><translation>%d applications</translation></message>
-    <message id="有记录的日子平均每天 %@"><source/><translation>%@ on average on days in use</translation></message>
+    <message id="有记录日均 %@"><source/><translation>%@ a day on average</translation></message>
     <message id="收起"><source/><translation>Show fewer</translation></message>
     <message id="显示全部 %d 个应用"><source/><translation>Show all %d applications</translation></message>
     <message id="未在记录"><source/><translation>Not recording</translation></message>

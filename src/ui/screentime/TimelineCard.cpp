@@ -170,7 +170,7 @@ void TimelineCard::showWeek(const ActivitySummary& summary, const Calendar& cale
 QString TimelineCard::description(const TimelineBlock& block) const {
   const std::string when = ActivityText::clockRange(block.start, block.end, calendar_).toStdString();
   const std::string duration = ActivityText::duration(block.end.secondsSince(block.start)).toStdString();
-  return qtText(L10n::format("%@ · %@ · %@", {apps_[block.application].name, when, duration}));
+  return qtText(L10n::format("%@ · %@ · %@", {when, duration, apps_[block.application].name}));
 }
 
 void TimelineCard::retranslate() {

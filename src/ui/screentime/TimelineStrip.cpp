@@ -161,18 +161,29 @@ void TimelineStrip::paintBlocks(QPainter& painter) const {
   }
 }
 
+// Each, each other or each fourth of them: as many as have room, evenly.
+std::size_t TimelineStrip::tickStep(const QFontMetricsF& metrics) const {
+  double widest = 0;
+  for (const TimelineTick& tick : ticks_) widest = std::max(widest, metrics.horizontalAdvance(tick.label));
+  const double distance = band().width() / static_cast<double>(std::max<std::size_t>(ticks_.size() - 1, 1));
+  // The first and the last label are moved inwards by half of their width.
+  const double needed = 1.5 * widest + metrics.averageCharWidth();
+  std::size_t step = 1;
+  while (step < ticks_.size() && distance * static_cast<double>(step) < needed) step *= 2;
+  return step;
+}
+
 void TimelineStrip::paintTicks(QPainter& painter) const {
   if (ticks_.empty()) return;
   const ThemeColors& colors = ThemeColors::of(palette());
   painter.setFont(fontFor(TextRole::caption));
   const QFontMetricsF metrics(painter.font());
-  double freeFrom = 0;
-  for (const TimelineTick& tick : ticks_) {
+  const std::size_t step = tickStep(metrics);
+  for (std::size_t index = 0; index < ticks_.size(); index += step) {
+    const TimelineTick& tick = ticks_[index];
     const double width = metrics.horizontalAdvance(tick.label);
     const double at = band().left() + band().width() * tick.position;
     const double left = std::clamp(at - width / 2, 0.0, this->width() - width);
-    if (left < freeFrom) continue;
-    freeFrom = left + width + metrics.averageCharWidth();
     painter.setPen(colors.secondaryText);
     painter.drawText(QRectF(left, band().bottom() + edge, width + 1, tickHeight), Qt::AlignLeft | Qt::AlignVCenter,
                      tick.label);

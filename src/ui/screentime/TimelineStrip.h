@@ -9,6 +9,8 @@
 
 #include "screentime/model/ActivitySummary.h"
 
+class QFontMetricsF;
+
 namespace quillmeter {
 
 // One continuous use on the strip; `application` counts in the strip's tints.
@@ -56,6 +58,7 @@ class TimelineStrip : public QWidget {
   std::optional<std::size_t> blockAt(double x) const;
   void highlight(std::optional<std::size_t> index);
   void paintBlocks(QPainter& painter) const;
+  std::size_t tickStep(const QFontMetricsF& metrics) const;
   void paintTicks(QPainter& painter) const;
 
   DateInterval interval_;

@@ -30,14 +30,15 @@ QString totalNote(const ActivitySummary& summary, bool isWeek) {
   if (!isWeek) return qtText(L10n::format(QM_TR("共 %d 个应用"), {std::to_string(summary.apps.size())}));
   const auto used = std::ranges::count_if(summary.buckets, [](const auto& bucket) { return bucket.seconds > 0; });
   const double average = summary.total / static_cast<double>(used);
-  return qtText(L10n::format(QM_TR("有记录的日子平均每天 %@"), {ActivityText::duration(average).toStdString()}));
+  return qtText(L10n::format(QM_TR("有记录日均 %@"), {ActivityText::duration(average).toStdString()}));
 }
 
+// The name last: it is what may be cut where there is no room.
 QString longestNote(const ActivitySpan& span, bool isWeek, const Calendar& calendar) {
   const std::string when = ActivityText::clockRange(span.start, span.end, calendar).toStdString();
-  if (!isWeek) return qtText(L10n::format("%@ · %@", {span.app.name, when}));
+  if (!isWeek) return qtText(L10n::format("%@ · %@", {when, span.app.name}));
   return qtText(
-      L10n::format("%@ · %@ %@", {span.app.name, ActivityText::weekday(span.start, calendar).toStdString(), when}));
+      L10n::format("%@ %@ · %@", {ActivityText::weekday(span.start, calendar).toStdString(), when, span.app.name}));
 }
 
 }  // namespace

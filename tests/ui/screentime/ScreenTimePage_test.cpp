@@ -211,9 +211,9 @@ TEST(ScreenTimePage, theTimelineIsReadByKeyAndSpeaksTheLanguage) {
   }
   ASSERT_NE(strip, nullptr);
   QTest::keyClick(strip, Qt::Key_Left);
-  EXPECT_EQ(opened.text("screenTime.timeline.described"), "Browser · 10:30–11:00 · 30 分 00 秒");
+  EXPECT_EQ(opened.text("screenTime.timeline.described"), "10:30–11:00 · 30 分 00 秒 · Browser");
   QTest::keyClick(strip, Qt::Key_Left);
-  EXPECT_EQ(opened.text("screenTime.timeline.described"), "Editor · 09:00–10:30 · 1 小时 30 分");
+  EXPECT_EQ(opened.text("screenTime.timeline.described"), "09:00–10:30 · 1 小时 30 分 · Editor");
   EXPECT_EQ(strip->accessibleDescription().toStdString(), opened.text("screenTime.timeline.described"));
   QTest::keyClick(strip, Qt::Key_Escape);
   EXPECT_EQ(opened.text("screenTime.timeline.described"), "");
