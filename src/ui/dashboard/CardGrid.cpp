@@ -74,9 +74,12 @@ void CardGrid::setEditing(bool isEditing) {
 }
 
 QWidget* CardGrid::orderFocus(QWidget* before) {
-  for (CardSlot* slot : slots_) {
-    for (QWidget* widget : slot->findChildren<QWidget*>()) {
-      if (widget->focusPolicy() == Qt::NoFocus || widget->window() != window()) continue;
+  for (const CardSlot* slot : slots_) {
+    std::vector<QWidget*> reached;
+    for (QWidget* widget = slot->nextInFocusChain(); widget != slot; widget = widget->nextInFocusChain()) {
+      if (widget->focusPolicy() != Qt::NoFocus && slot->isAncestorOf(widget)) reached.push_back(widget);
+    }
+    for (QWidget* widget : reached) {
       setTabOrder(before, widget);
       before = widget;
     }

@@ -25,7 +25,9 @@ void CardSlot::makeCard() {
 void CardSlot::setSize(DashboardCardSize size) {
   if (size == config_.size) return;
   config_.size = size;
-  delete std::exchange(card_, nullptr);
+  // It may be the one whose event leads here.
+  card_->hide();
+  std::exchange(card_, nullptr)->deleteLater();
   makeCard();
 }
 

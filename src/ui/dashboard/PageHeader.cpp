@@ -15,16 +15,16 @@ namespace quillmeter {
 
 namespace {
 
-constexpr int top = 20;
-constexpr int bottom = 14;
-constexpr int aboveColumn = 10;
+constexpr int top = 24;
+constexpr int bottom = 10;
+constexpr int aboveColumn = 4;
 
 }  // namespace
 
 PageHeader::PageHeader(int maximumWidth, QWidget* parent)
     : QWidget(parent),
       title_(new FigureLabel(TextRole::title, TextTone::primary, this)),
-      subtitle_(new FigureLabel(TextRole::caption, TextTone::secondary, this)),
+      subtitle_(new FigureLabel(TextRole::body, TextTone::secondary, this)),
       controls_(new QHBoxLayout) {
   auto* texts = new QVBoxLayout;
   texts->setSpacing(2);

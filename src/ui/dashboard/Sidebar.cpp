@@ -118,7 +118,7 @@ Sidebar::Sidebar(const UiServices& services, Handlers handlers, QWidget* parent)
   column->setSpacing(2);
   brand_ = new QHBoxLayout;
   brand_->setSpacing(symbolGap - (iconEdge - symbolEdge) / 2);
-  brand_->addWidget(icon_);
+  brand_->addWidget(icon_, 0, Qt::AlignLeft);
   brand_->addWidget(name_, 1);
   column->addLayout(brand_);
   column->addSpacing(18);

@@ -64,6 +64,17 @@ SegmentedControl::SegmentedControl(QWidget* parent) : QWidget(parent) {
   connect(this, &QObject::objectNameChanged, this, [this] { nameButtons(); });
 }
 
+namespace {
+
+// What has the focus before the keyboard comes to `control`; null when nothing does.
+QWidget* reachedBefore(const QWidget& control) {
+  QWidget* before = control.previousInFocusChain();
+  while (before != &control && before->focusPolicy() == Qt::NoFocus) before = before->previousInFocusChain();
+  return before == &control || control.isAncestorOf(before) ? nullptr : before;
+}
+
+}  // namespace
+
 void SegmentedControl::setSegments(std::vector<Segment> segments) {
   if (segments == segments_) return;
   segments_ = std::move(segments);
@@ -82,6 +93,8 @@ void SegmentedControl::rebuild() {
     connect(button, &QAbstractButton::clicked, this, [this, index] { choose(segments_[index].id); });
     layout()->addWidget(button);
     button->show();
+    // Tab reaches it where the control was made, not where its segments became known.
+    if (QWidget* before = buttons_.empty() ? reachedBefore(*this) : buttons_.back()) setTabOrder(before, button);
     buttons_.push_back(button);
   }
   for (std::size_t index = 0; index < segments_.size(); ++index) {

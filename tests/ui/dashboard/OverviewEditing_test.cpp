@@ -13,8 +13,15 @@ namespace {
 using testing::ElementsAre;
 using Kind = MonitorComponentKind;
 
+MachineDescription machineWithCodex() {
+  MachineDescription machine;
+  machine.agents[AgentLogProvider::codex] = {.isInstalled = true, .isConnected = true, .sessions = {}};
+  return machine;
+}
+
 class OverviewEditing : public DashboardTest {
  protected:
+  OverviewEditing() : DashboardTest(machineWithCodex()) {}
   void SetUp() override {
     services_.start();
     open();
@@ -94,6 +101,18 @@ TEST_F(OverviewEditing, aDraggedCardTakesThePlaceItIsHeldOver) {
   EXPECT_THAT(stored(),
               ElementsAre("agentTokens+", "agentLimits+", "memory", "battery", "cpu", "disk", "network+", "fan"));
   EXPECT_THAT(seen(), ElementsAre("agentTokens", "agentLimits", "memory", "battery", "cpu", "disk", "network", "fan"));
+}
+
+TEST_F(OverviewEditing, tabGoesThroughTheCardsAsTheyStand) {
+  press(card("memory"), Qt::Key_Home, Qt::ControlModifier);
+  click("dashboard.overview.edit");
+  std::vector<std::string> reached;
+  part("dashboard.overview.edit").setFocus(Qt::TabFocusReason);
+  for (int tab = 0; tab < 3; ++tab) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    reached.push_back(QApplication::focusWidget()->objectName().toStdString());
+  }
+  EXPECT_THAT(reached, ElementsAre("card.memory.clean", "card.agentTokens.range.today", "card.agentTokens.chart"));
 }
 
 TEST_F(OverviewEditing, escapeTakesADragBackAndThenEndsTheEditing) {
