@@ -2,7 +2,7 @@
 #
 # Measured offscreen and on a private X server with a tray (trayer), each with a session bus of its own and default settings: the time from start
 # to the icon in the tray, the cost over a minute in which nothing is open, and the memory after ROUNDS (200) openings and closings of the dashboard
-# and the popover. Needs xvfb openbox trayer xdotool wmctrl dbus-daemon; other load falsifies the times.
+# and the popover. Needs xvfb openbox trayer xdotool wmctrl dbus-daemon libglib2.0-bin; other load falsifies the times.
 rounds=${ROUNDS:-200}
 starts=${STARTS:-9}
 application=$(realpath "$1")
@@ -37,8 +37,10 @@ start_bus() {
   export DBUS_SESSION_BUS_ADDRESS=unix:path=$address
 }
 
-ask() { dbus-send --session --print-reply --dest=com.kesto.Quillmeter /com/kesto/Quillmeter "org.freedesktop.Application.$1" "${@:2}" >/dev/null 2>&1; }
-act() { ask ActivateAction string:"$1" array:string: dict:string:string: || "$application" --action "$1"; }
+act() {
+  gdbus call --session --dest com.kesto.Quillmeter --object-path /com/kesto/Quillmeter \
+    --method org.freedesktop.Application.ActivateAction "$1" '[]' '{}' >/dev/null
+}
 
 start_application() {
   "$application" --hidden 2>"$scratch/messages" &
@@ -89,13 +91,15 @@ idle_cost() {  # idle_cost NAME
 
 pss_now() { awk '/^Pss:/ { print $2 }' "/proc/$app/smaps_rollup"; }
 
-windows() { wmctrl -l 2>/dev/null | awk '{ print $1 }'; }
+windows() { wmctrl -l -x 2>/dev/null | awk '$3 ~ /quillmeter/ { print $1 }'; }
 
 open_and_close() {
   act open-dashboard
   until [ -n "$(windows)" ]; do sleep 0.02; done
-  for window in $(windows); do wmctrl -i -c "$window"; done
-  until [ -z "$(windows)" ]; do sleep 0.02; done
+  until [ -z "$(windows)" ]; do
+    for window in $(windows); do wmctrl -i -c "$window"; done
+    sleep 0.02
+  done
   act toggle-popover
   act toggle-popover
 }
