@@ -1,13 +1,18 @@
 #include "ui/tray/PanelAppearance.h"
 
+#include <algorithm>
+
 namespace quillmeter {
 
 namespace {
 
-bool names(std::string_view desktops, std::string_view wanted) {
+constexpr std::array<std::string_view, 8> desktopsWithDarkPanels = {"GNOME",  "Unity", "XFCE",     "X-Cinnamon",
+                                                                    "Budgie", "sway",  "Hyprland", "i3"};
+
+bool hasDarkPanel(std::string_view desktops) {
   while (!desktops.empty()) {
     const std::size_t end = desktops.find(':');
-    if (desktops.substr(0, end) == wanted) return true;
+    if (std::ranges::find(desktopsWithDarkPanels, desktops.substr(0, end)) != desktopsWithDarkPanels.end()) return true;
     desktops = end == std::string_view::npos ? std::string_view() : desktops.substr(end + 1);
   }
   return false;
@@ -21,7 +26,7 @@ bool isPanelDark(const std::optional<TrayForeground>& foreground, std::string_vi
     const auto& [red, green, blue] = *foreground;
     return 0.2126 * red + 0.7152 * green + 0.0722 * blue > middle;
   }
-  return desktopIsDark || names(currentDesktop, "GNOME") || names(currentDesktop, "Unity");
+  return desktopIsDark || hasDarkPanel(currentDesktop);
 }
 
 }  // namespace quillmeter

@@ -10,9 +10,9 @@ namespace quillmeter {
 // Red, green and blue, each 0 ... 65535, of the text that a tray wants on its ground.
 using TrayForeground = std::array<std::uint32_t, 3>;
 
-// Whether the icon stands on a dark panel. An X11 tray that says its text colour decides. Else the bar of GNOME's shell
-// (and Unity's) is dark in every theme, and all others go by the desktop's appearance. `currentDesktop` is
-// $XDG_CURRENT_DESKTOP, names between colons. Pure.
+// Whether the icon stands on a dark panel. An X11 tray that says its text colour decides. Else the panel is taken to be
+// dark where it is so in every theme or by default (GNOME's shell, Xfce, Cinnamon, the bars of tiling managers), and to
+// follow the desktop's appearance elsewhere. `currentDesktop` is $XDG_CURRENT_DESKTOP, names between colons. Pure.
 bool isPanelDark(const std::optional<TrayForeground>& foreground, std::string_view currentDesktop, bool desktopIsDark);
 
 }  // namespace quillmeter

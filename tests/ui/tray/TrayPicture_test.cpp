@@ -102,6 +102,7 @@ TEST(PanelAppearance, aTraysOwnTextColourDecidesThenTheShellThenTheDesktop) {
   EXPECT_TRUE(isPanelDark(white, "KDE", false));
   EXPECT_FALSE(isPanelDark(black, "GNOME", true));
   EXPECT_TRUE(isPanelDark(std::nullopt, "ubuntu:GNOME", false));
+  EXPECT_TRUE(isPanelDark(std::nullopt, "XFCE", false));
   EXPECT_FALSE(isPanelDark(std::nullopt, "GNOME-Flashback:X", false)) << "not the shell";
   EXPECT_FALSE(isPanelDark(std::nullopt, "KDE", false));
   EXPECT_TRUE(isPanelDark(std::nullopt, "", true));
