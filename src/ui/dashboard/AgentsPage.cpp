@@ -183,6 +183,7 @@ void AgentsPage::refresh() {
   showFeedback();
   introduction_->setVisible(!isConnected);
   usage_->setVisible(state == AgentCardState::measured || state == AgentCardState::reading);
+  ranges_->setVisible(!usage_->isHidden());
   if (isConnected) {
     showUsage(agents);
   } else {
