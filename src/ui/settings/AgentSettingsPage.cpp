@@ -12,6 +12,7 @@
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingText.h"
 #include "preferences/SettingsKeys.h"
+#include "ui/AppActions.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/Notice.h"
 #include "ui/widgets/SettingsGroup.h"
@@ -159,11 +160,10 @@ void AgentSettingsPage::showNotice() {
 void AgentSettingsPage::connectAgent(AgentLogProvider provider) {
   notDisconnected_.reset();
   const std::string key = monitoringSettingsKey(provider);
-  PreferenceStore& preferences = services().preferences;
-  services().authorization.connect(provider, [key, &preferences](bool connected) {
+  services().authorization.connect(provider, [key, &services = services()](bool connected) {
+    PreferenceStore& preferences = services.preferences;
     if (!connected || preferences.boolean(key).value_or(false) || preferences.domain().contains(key)) return;
-    // The folder is connected all the same; the switch shows that this is missing.
-    static_cast<void>(preferences.set(key, true));
+    if (const auto stored = preferences.set(key, true); !stored) services.actions.preferenceFailed(stored.error());
   });
 }
 

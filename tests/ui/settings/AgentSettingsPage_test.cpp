@@ -7,7 +7,7 @@ namespace {
 
 using Provider = AgentLogProvider;
 
-class AgentsPageTest : public test::SettingsFixture {
+class AgentSettingsPageTest : public test::SettingsFixture {
  protected:
   void SetUp() override {
     MachineDescription machine;
@@ -25,7 +25,7 @@ class AgentsPageTest : public test::SettingsFixture {
   }
 };
 
-TEST_F(AgentsPageTest, eachAgentSaysWhatIsKnownOfItsFolder) {
+TEST_F(AgentSettingsPageTest, eachAgentSaysWhatIsKnownOfItsFolder) {
   EXPECT_EQ(state("codex"), QStringLiteral("已连接"));
   EXPECT_EQ(state("claude"), QStringLiteral("已找到，未连接"));
   EXPECT_EQ(state("hermes"), QStringLiteral("未找到"));
@@ -37,7 +37,7 @@ TEST_F(AgentsPageTest, eachAgentSaysWhatIsKnownOfItsFolder) {
   EXPECT_EQ(state("claude"), QStringLiteral("文件夹无法读取，请重新连接"));
 }
 
-TEST_F(AgentsPageTest, connectingIsFollowedAndSwitchesOnWhatWasNeverSwitched) {
+TEST_F(AgentSettingsPageTest, connectingIsFollowedAndSwitchesOnWhatWasNeverSwitched) {
   control("pi", "connect").click();
   EXPECT_EQ(notice(), QStringLiteral("正在连接 Pi（1/1）"));
   EXPECT_FALSE(control("claude", "connect").isEnabled());
@@ -50,7 +50,7 @@ TEST_F(AgentsPageTest, connectingIsFollowedAndSwitchesOnWhatWasNeverSwitched) {
   EXPECT_NE(notice(), QStringLiteral("Pi 已连好，正在找可统计的日志。"));
 }
 
-TEST_F(AgentsPageTest, whatWasSwitchedOffByHandStaysOff) {
+TEST_F(AgentSettingsPageTest, whatWasSwitchedOffByHandStaysOff) {
   services->set("settings.agentTokens.pi", false);
   control("pi", "connect").click();
   services->picker.answer(services->picker.requests.back().startDirectory);
@@ -58,7 +58,7 @@ TEST_F(AgentsPageTest, whatWasSwitchedOffByHandStaysOff) {
   EXPECT_FALSE(control("pi", "enabled").isChecked());
 }
 
-TEST_F(AgentsPageTest, allThatAreFoundOnAndNotConnectedAreConnectedInTurn) {
+TEST_F(AgentSettingsPageTest, allThatAreFoundOnAndNotConnectedAreConnectedInTurn) {
   EXPECT_EQ(button("settings.agents.connectAll").text(), QStringLiteral("连接 Claude Code"));
   control("pi", "enabled").click();
   control("hermes", "enabled").click();  // not found: not among them
@@ -69,7 +69,7 @@ TEST_F(AgentsPageTest, allThatAreFoundOnAndNotConnectedAreConnectedInTurn) {
   EXPECT_FALSE(isShown("settings.agents.connectAll"));
 }
 
-TEST_F(AgentsPageTest, aGrantThatCannotBeTakenBackIsTold) {
+TEST_F(AgentSettingsPageTest, aGrantThatCannotBeTakenBackIsTold) {
   refuseWrites();
   control("codex", "disconnect").click();
   EXPECT_TRUE(notice().startsWith(QStringLiteral("无法取消 Codex 的文件夹授权。")));
@@ -79,7 +79,7 @@ TEST_F(AgentsPageTest, aGrantThatCannotBeTakenBackIsTold) {
   EXPECT_EQ(state("codex"), QStringLiteral("已找到，未连接"));
 }
 
-TEST_F(AgentsPageTest, theSwitchOfAllRulesTheOthers) {
+TEST_F(AgentSettingsPageTest, theSwitchOfAllRulesTheOthers) {
   button("settings.agents.enabled").click();
   EXPECT_EQ(services->preferences.boolean("settings.agentTokens.enabled"), false);
   EXPECT_FALSE(control("codex", "enabled").isEnabled());
