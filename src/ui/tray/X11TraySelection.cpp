@@ -55,12 +55,18 @@ X11TraySelection::~X11TraySelection() {
   qApp->removeNativeEventFilter(this);
 }
 
-void X11TraySelection::look() {
+std::uint32_t X11TraySelection::owner() const {
   const Answer<xcb_get_selection_owner_reply_t> reply(
       xcb_get_selection_owner_reply(connection_, xcb_get_selection_owner(connection_, selection_), nullptr),
       &std::free);
-  tray_ = reply ? reply->owner : 0;
-  listen();
+  return reply ? reply->owner : 0;
+}
+
+void X11TraySelection::look() {
+  do {  // a tray that ended before its events were asked for says nothing any more
+    tray_ = owner();
+    listen();
+  } while (owner() != tray_);
   foreground_ = readForeground();
 }
 
