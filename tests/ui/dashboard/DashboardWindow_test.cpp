@@ -14,6 +14,17 @@ MachineDescription machineWithAgents() {
   return machine;
 }
 
+// Counts what is painted in the program.
+class PaintCount final : public QObject {
+ public:
+  PaintCount() { qApp->installEventFilter(this); }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint) names += watched->objectName().toStdString() + " ";
+    return false;
+  }
+  std::string names;
+};
+
 class Dashboard : public DashboardTest {
  protected:
   Dashboard() : DashboardTest(machineWithAgents()) {}
@@ -59,6 +70,26 @@ TEST_F(Dashboard, keysOpenTheSettingsAndQuit) {
   EXPECT_EQ(services_.actions.asked, (std::vector<std::string>{"settings", "settings", "quit"}));
   press(*window_, Qt::Key_W, Qt::ControlModifier);
   EXPECT_FALSE(window_->isVisible());
+}
+
+TEST_F(Dashboard, paintsNothingWhileNothingChanges) {
+  services_.start();
+  open();
+  for (const Qt::Key page : {Qt::Key_1, Qt::Key_2}) {
+    press(*window_, page, Qt::ControlModifier);
+    services_.advance(120);  // the histories are even
+    settle();
+    const PaintCount painted;
+    services_.advance(20);
+    settle();
+    EXPECT_EQ(painted.names, "");
+  }
+  press(*window_, Qt::Key_1, Qt::ControlModifier);
+  const PaintCount painted;
+  services_.description.processorLoad = {0.97};
+  services_.advance(2);
+  settle();
+  EXPECT_NE(painted.names, "");
 }
 
 TEST_F(Dashboard, itsSidebarShrinksToSymbolsAndSaysHowFreshTheFiguresAre) {
