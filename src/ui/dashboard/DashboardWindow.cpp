@@ -35,13 +35,14 @@ struct DashboardWindow::Parts {
   Sidebar* sidebar = nullptr;
   QStackedWidget* stack = nullptr;
   std::array<QWidget*, std::size(Sidebar::pages)> pages = {};  // made when first turned to
+  OverviewPage* overview = nullptr;
   Subscription preferenceChanges = {};
   bool wasShown = false;
 
   QWidget* page(std::size_t index) {
     QWidget*& page = pages[index];
     if (page == nullptr) {
-      if (index == 0) page = new OverviewPage(services, stack);
+      if (index == 0) page = overview = new OverviewPage(services, stack);
       if (index == 1) page = new AgentsPage(services, stack);
       if (index == 2) page = new ScreenTimePage(services, stack);
       stack->addWidget(page);
@@ -128,6 +129,7 @@ bool DashboardWindow::pressWithControl(int key) {
 }
 
 void DashboardWindow::keyPressEvent(QKeyEvent* event) {
+  if (parts_->overview != nullptr && parts_->overview->editByKey(*event)) return;
   if (event->key() == Qt::Key_F5) {
     parts_->services.store.refreshAll();
   } else if ((event->modifiers() & ~Qt::KeypadModifier) != Qt::ControlModifier || !pressWithControl(event->key())) {

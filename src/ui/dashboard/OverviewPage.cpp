@@ -1,5 +1,6 @@
 #include "ui/dashboard/OverviewPage.h"
 
+#include <QHideEvent>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -147,17 +148,19 @@ void OverviewPage::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
 }
 
-void OverviewPage::keyPressEvent(QKeyEvent* event) {
-  if (isEditing_ && event->key() == Qt::Key_Escape) {
+bool OverviewPage::editByKey(const QKeyEvent& event) {
+  if (!isEditing_) return false;
+  if (event.key() == Qt::Key_Escape) {
     setEditing(false);
     edit_->setFocus(Qt::OtherFocusReason);
-  } else if (isEditing_ && event->matches(QKeySequence::Undo)) {
+  } else if (event.matches(QKeySequence::Undo)) {
     edit([](CardArrangement& cards) { return cards.undo(); });
-  } else if (isEditing_ && (event->matches(QKeySequence::Redo) || event->keyCombination() == (Qt::CTRL | Qt::Key_Y))) {
+  } else if (event.matches(QKeySequence::Redo) || event.keyCombination() == (Qt::CTRL | Qt::Key_Y)) {
     edit([](CardArrangement& cards) { return cards.redo(); });
   } else {
-    QWidget::keyPressEvent(event);
+    return false;
   }
+  return true;
 }
 
 }  // namespace quillmeter

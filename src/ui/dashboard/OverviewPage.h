@@ -27,12 +27,13 @@ class OverviewPage : public QWidget {
   ~OverviewPage() override;
   bool isEditing() const { return isEditing_; }
   void setEditing(bool isEditing);
+  // Escape, undo and redo while the layout is edited, wherever in the window the focus is; false for any other key.
+  bool editByKey(const QKeyEvent& event);
 
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void makeControls();

@@ -93,6 +93,9 @@ void UsageTotals::retranslate() {
   const std::array<std::string, 5> labels = {QM_TR("输入"), QM_TR("输出"), QM_TR("缓存"), QM_TR("会话"),
                                              QM_TR("缓存命中")};
   for (std::size_t i = 0; i < parts_.size(); ++i) parts_[i].label->setText(qtText(labels[i]));
+  // What is read aloud names the label as well.
+  setFigure(*total_.value, *total_.label, total_.value->text());
+  for (const Figure& part : parts_) setFigure(*part.value, *part.label, part.value->text());
 }
 
 void UsageTotals::changeEvent(QEvent* event) {
