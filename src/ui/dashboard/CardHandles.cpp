@@ -132,8 +132,8 @@ void CardHandles::paintEvent(QPaintEvent*) {
   QColor veil = colors.window;
   veil.setAlphaF(isDragging_ ? 0 : static_cast<float>(underMouse() ? veilOpacity / 2 : veilOpacity));
   const bool isMarked = isDragging_ || underMouse();
-  Shapes::panel(painter, area, Shapes::cardRadius, veil, isMarked ? colors.accent : colors.border);
   coverHeader(painter, colors);
+  Shapes::panel(painter, area, Shapes::cardRadius, veil, isMarked ? colors.accent : colors.border);
   Shapes::panel(painter, QRectF(toolbar()), Shapes::controlRadius, colors.raised, colors.border);
   const QRectF grip(toolbar().left() + (gripWidth - gripSize) / 2.0 + 2, toolbar().center().y() + 0.5 - gripSize / 2,
                     gripSize, gripSize);
