@@ -256,6 +256,8 @@ void AgentTokensCard::showBars(const AgentUsageSnapshot& agents) {
   const Date now = services().clock.now();
   std::vector<ChartBar> bars = usageBars(agents.buckets(range()), range(), now, services().currentCalendar());
   if (chart_ != nullptr) {
+    const std::string name = range() == AgentUsageRange::today ? QM_TR("%@，每小时") : QM_TR("%@，每天");
+    chart_->setAccessibleName(qtText(L10n::format(name, {title(range())})));
     chart_->setBars(std::move(bars));
     return;
   }
