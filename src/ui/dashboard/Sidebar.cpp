@@ -72,7 +72,7 @@ void SidebarEntry::setNarrow(bool isNarrow) {
 }
 
 QSize SidebarEntry::sizeHint() const {
-  if (isNarrow_) return {symbolEdge + 2 * entryInset, entryHeight};
+  if (isNarrow_) return {Sidebar::narrowWidth - 2 * margin, entryHeight};
   const int textWidth = QFontMetrics(fontFor(TextRole::strong)).horizontalAdvance(text());
   return {2 * entryInset + symbolEdge + symbolGap + textWidth, entryHeight};
 }
