@@ -33,9 +33,8 @@ struct Options {
 
 void leaveTheDesktop(const QString& home) {
   const QByteArray folder = QFile::encodeName(home);
-  for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"}) {
-    qputenv(variable, folder);
-  }
+  for (const char* variable : {"HOME", "XDG_RUNTIME_DIR"}) qputenv(variable, folder);
+  for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) qunsetenv(variable);
   for (const char* bus : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"})
     qputenv(bus, "unix:path=/nonexistent");
   for (const char* variable : {"QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "XDG_CURRENT_DESKTOP"}) qunsetenv(variable);

@@ -65,7 +65,7 @@ void addSettings(Windows& shots) {
 #ifdef QUILLMETER_HAS_ONBOARDING
 void addOnboarding(Windows& shots) {
   const auto open = [](FakeServices& services) { return std::make_unique<OnboardingWindow>(services.ui); };
-  constexpr int steps = 3;
+  constexpr int steps = 4;
   for (int step = 1; step <= steps; ++step) {
     shots.push_back({"onboarding-" + std::to_string(step), QSize(620, 520), open, press("onboarding.next", step - 1)});
   }
