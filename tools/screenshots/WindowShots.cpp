@@ -2,18 +2,10 @@
 
 #include "demo/FakeServices.h"
 #include "screenshots/Shot.h"
-#ifdef QUILLMETER_HAS_DASHBOARD
 #include "ui/dashboard/DashboardWindow.h"
-#endif
-#ifdef QUILLMETER_HAS_SETTINGS
-#include "ui/settings/SettingsWindow.h"
-#endif
-#ifdef QUILLMETER_HAS_ONBOARDING
 #include "ui/onboarding/OnboardingWindow.h"
-#endif
-#ifdef QUILLMETER_HAS_POPOVER
 #include "ui/popover/PopoverWindow.h"
-#endif
+#include "ui/settings/SettingsWindow.h"
 
 namespace quillmeter {
 namespace {
@@ -30,7 +22,6 @@ std::function<void(QWidget&, FakeServices&)> press(const char* name, int times =
   };
 }
 
-#ifdef QUILLMETER_HAS_DASHBOARD
 void addDashboard(Windows& shots) {
   const auto page = [](const char* id) {
     return [id](FakeServices& services) {
@@ -47,9 +38,7 @@ void addDashboard(Windows& shots) {
   shots.push_back({"dashboard-screentime", size, page("screenTime"), {}});
   shots.push_back({"dashboard-screentime-week", size, page("screenTime"), press("screenTime.kind.week")});
 }
-#endif
 
-#ifdef QUILLMETER_HAS_SETTINGS
 void addSettings(Windows& shots) {
   for (const char* id : {"general", "menuBar", "components", "agents", "screenTime", "about"}) {
     const auto open = [id](FakeServices& services) {
@@ -60,9 +49,7 @@ void addSettings(Windows& shots) {
     shots.push_back({"settings-" + QString(id).toLower().toStdString(), QSize(780, 580), open, {}});
   }
 }
-#endif
 
-#ifdef QUILLMETER_HAS_ONBOARDING
 void addOnboarding(Windows& shots) {
   const auto open = [](FakeServices& services) { return std::make_unique<OnboardingWindow>(services.ui); };
   constexpr int steps = 4;
@@ -70,31 +57,20 @@ void addOnboarding(Windows& shots) {
     shots.push_back({"onboarding-" + std::to_string(step), QSize(620, 520), open, press("onboarding.next", step - 1)});
   }
 }
-#endif
 
-#ifdef QUILLMETER_HAS_POPOVER
 void addPopover(Windows& shots) {
   shots.push_back(
       {"popover", {}, [](FakeServices& services) { return std::make_unique<PopoverWindow>(services.ui); }, {}});
 }
-#endif
 
 }  // namespace
 
 std::vector<Shot> windowShots() {
   Windows shots;
-#ifdef QUILLMETER_HAS_DASHBOARD
   addDashboard(shots);
-#endif
-#ifdef QUILLMETER_HAS_SETTINGS
   addSettings(shots);
-#endif
-#ifdef QUILLMETER_HAS_ONBOARDING
   addOnboarding(shots);
-#endif
-#ifdef QUILLMETER_HAS_POPOVER
   addPopover(shots);
-#endif
   return shots;
 }
 
