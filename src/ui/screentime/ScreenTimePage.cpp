@@ -38,10 +38,13 @@ struct ScreenTimePage::Parts {
   Parts(ScreenTimePage& owner, const UiServices& uiServices);
 
   void build();
+  void buildState();
+  void buildRecord();
   void buildFooter();
   void monitorChanged();
   void showState();
   void showNotices();
+  void showLists();
   void showUse();
   void changePeriod(const std::function<void(const Calendar&)>& change);
   void askToClear();
@@ -58,11 +61,12 @@ struct ScreenTimePage::Parts {
   Notice* error = nullptr;
   Notice* unavailable = nullptr;
   RecordingIntroduction* introduction = nullptr;
-  QWidget* record = nullptr;  // all that needs a record
   PeriodBar* periodBar = nullptr;
   UsageOverview* overview = nullptr;
+  bool hasUse = false;
   TimelineCard* timeline = nullptr;
   ApplicationList* applications = nullptr;
+  QWidget* footer = nullptr;
   Paragraph* privacy = nullptr;
   QPushButton* clear = nullptr;
 };
@@ -78,6 +82,17 @@ void ScreenTimePage::Parts::build() {
   auto* outer = new QVBoxLayout(&page);
   outer->setContentsMargins(0, 0, 0, 0);
   outer->addWidget(scroll);
+  buildState();
+  buildRecord();
+  buildFooter();
+  scroll->column()->setSpacing(cardGap);
+  for (QWidget* part : std::initializer_list<QWidget*>{header, error, unavailable, introduction, periodBar, overview,
+                                                       timeline, applications, footer})
+    scroll->column()->addWidget(part);
+  scroll->column()->addStretch(1);
+}
+
+void ScreenTimePage::Parts::buildState() {
   header = new ScreenTimeHeader;
   header->setSwitched([this](bool on) {
     services.screenTime.setEnabled(on);
@@ -89,10 +104,9 @@ void ScreenTimePage::Parts::build() {
   unavailable->setObjectName("screenTime.unavailable");
   introduction = new RecordingIntroduction;
   introduction->setBegun([this] { services.screenTime.setEnabled(true); });
-  record = new QWidget;
-  auto* cards = new QVBoxLayout(record);
-  cards->setContentsMargins(0, 0, 0, 0);
-  cards->setSpacing(cardGap);
+}
+
+void ScreenTimePage::Parts::buildRecord() {
   periodBar = new PeriodBar({
       .kindChosen = [this](ActivityPeriod::Kind kind) { changePeriod([&](const Calendar&) { period.setKind(kind); }); },
       .moved = [this](int steps) { changePeriod([&](const Calendar& calendar) { period.move(steps, calendar); }); },
@@ -107,13 +121,6 @@ void ScreenTimePage::Parts::build() {
   });
   timeline = new TimelineCard(palette);
   applications = new ApplicationList(services.applicationIcons, palette);
-  for (QWidget* part : std::initializer_list<QWidget*>{periodBar, overview, timeline, applications})
-    cards->addWidget(part);
-  buildFooter();
-  scroll->column()->setSpacing(cardGap);
-  for (QWidget* part : std::initializer_list<QWidget*>{header, error, unavailable, introduction, record})
-    scroll->column()->addWidget(part);
-  scroll->column()->addStretch(1);
 }
 
 void ScreenTimePage::Parts::buildFooter() {
@@ -122,11 +129,12 @@ void ScreenTimePage::Parts::buildFooter() {
   clear = new QPushButton;
   clear->setObjectName("screenTime.clear");
   QObject::connect(clear, &QPushButton::clicked, &page, [this] { askToClear(); });
-  auto* footer = new QHBoxLayout;
-  footer->setSpacing(16);
-  footer->addWidget(privacy, 1);
-  footer->addWidget(clear);
-  static_cast<QVBoxLayout*>(record->layout())->addLayout(footer);
+  footer = new QWidget;
+  auto* row = new QHBoxLayout(footer);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(16);
+  row->addWidget(privacy, 1);
+  row->addWidget(clear);
 }
 
 void ScreenTimePage::Parts::monitorChanged() {
@@ -142,7 +150,8 @@ void ScreenTimePage::Parts::showState() {
   const bool hasRecord = monitor.startedAt().has_value() || monitor.enabled();
   introduction->setVisible(!hasRecord);
   introduction->setCanBegin(monitor.canEnable());
-  record->setVisible(hasRecord);
+  for (QWidget* part : std::initializer_list<QWidget*>{periodBar, overview, footer}) part->setVisible(hasRecord);
+  showLists();
 }
 
 void ScreenTimePage::Parts::showNotices() {
@@ -168,6 +177,12 @@ void ScreenTimePage::Parts::showNotices() {
   }
 }
 
+// A period without any use has its empty chart only.
+void ScreenTimePage::Parts::showLists() {
+  for (QWidget* list : std::initializer_list<QWidget*>{timeline, applications})
+    list->setVisible(hasUse && !overview->isHidden());
+}
+
 // Sums up the shown period and shows it.
 void ScreenTimePage::Parts::showUse() {
   const Calendar calendar = services.currentCalendar();
@@ -180,7 +195,8 @@ void ScreenTimePage::Parts::showUse() {
   overview->setUse(summary, isWeek, now, calendar);
   timeline->setUse(summary, isWeek, calendar);
   applications->setUse(summary.apps, summary.total);
-  applications->setVisible(!summary.apps.empty());
+  hasUse = !summary.spans.empty();
+  showLists();
 }
 
 void ScreenTimePage::Parts::changePeriod(const std::function<void(const Calendar&)>& change) {

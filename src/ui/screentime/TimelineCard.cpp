@@ -12,6 +12,7 @@
 #include "ui/screentime/ActivityText.h"
 #include "ui/screentime/TimelineStrip.h"
 #include "ui/theme/QtText.h"
+#include "ui/theme/TabularText.h"
 #include "ui/widgets/FigureLabel.h"
 
 namespace quillmeter {
@@ -34,14 +35,23 @@ std::vector<TimelineTick> ticksOf(const DateInterval& day, const Calendar& calen
   return ticks;
 }
 
-QString namesOf(const ActivityTimelineGroup& group) {
+// The most used ones, as many as asked for.
+QString namesOf(const ActivityTimelineGroup& group, std::size_t count) {
   QString names;
-  for (std::size_t index = 0; index < std::min(group.apps.size(), namedApps); ++index) {
+  for (std::size_t index = 0; index < std::min(group.apps.size(), count); ++index) {
     const ActivitySummary::AppTotal& total = group.apps[index];
     if (index > 0) names += QStringLiteral("   ");
-    names += qtText(L10n::format("%@ %@", {total.app.name, ActivityText::duration(total.seconds).toStdString()}));
+    names += qtText(L10n::format("%@ %@", {ActivityText::duration(total.seconds).toStdString(), total.app.name}));
   }
-  return group.apps.size() > namedApps ? names + QStringLiteral(" …") : names;
+  return group.apps.size() > count ? names + QStringLiteral(" …") : names;
+}
+
+// From all that are named down to one, for narrower and narrower places.
+std::vector<QString> namesOf(const ActivityTimelineGroup& group) {
+  std::vector<QString> choices;
+  for (std::size_t count = std::min(namedApps, group.apps.size()); count > 0; --count)
+    choices.push_back(namesOf(group, count));
+  return choices;
 }
 
 }  // namespace
@@ -56,7 +66,7 @@ class TimelineCard::Line : public QWidget {
     strip_ = new TimelineStrip(this);
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->setHorizontalSpacing(14);
+    grid->setHorizontalSpacing(gap);
     grid->setVerticalSpacing(2);
     grid->addWidget(day_, 0, 0);
     grid->addWidget(total_, 1, 0);
@@ -65,11 +75,13 @@ class TimelineCard::Line : public QWidget {
     grid->setColumnStretch(1, 1);
   }
 
-  void showDay(const QString& day, const QString& total, const QString& apps) {
+  // `apps` holds one text for each width, the widest first.
+  void showDay(const QString& day, const QString& total, std::vector<QString> apps) {
     day_->setText(day);
     strip_->setAccessibleName(day);
     total_->setText(total);
-    apps_->setText(apps);
+    appTexts_ = std::move(apps);
+    chooseAppText();
     // One width for all lines, so that the strips stand below each other.
     for (QWidget* label : {day_, total_}) label->setFixedWidth(dayWidth());
     for (QWidget* label : {day_, total_, apps_}) label->setVisible(true);
@@ -80,9 +92,26 @@ class TimelineCard::Line : public QWidget {
   }
   TimelineStrip* strip() const { return strip_; }
 
+ protected:
+  void resizeEvent(QResizeEvent*) override { chooseAppText(); }
+
  private:
+  void chooseAppText() {
+    const double room = width() - dayWidth() - gap;
+    const QFont font = fontFor(TextRole::caption);
+    const auto fits = [&](const QString& text) { return TabularText::width(text, font) <= room; };
+    const auto chosen = std::ranges::find_if(appTexts_, fits);
+    if (chosen != appTexts_.end()) {
+      apps_->setText(*chosen);
+    } else if (!appTexts_.empty()) {
+      apps_->setText(appTexts_.back());
+    }
+  }
   int dayWidth() const { return fontMetrics().averageCharWidth() * 15; }
 
+  static constexpr int gap = 14;
+
+  std::vector<QString> appTexts_;
   FigureLabel* day_;
   FigureLabel* total_;
   FigureLabel* apps_;
@@ -102,7 +131,6 @@ void TimelineCard::setUse(const ActivitySummary& summary, bool isWeek, const Cal
   calendar_ = calendar;
   apps_.clear();
   for (const ActivitySummary::AppTotal& total : summary.apps) apps_.push_back(total.app);
-  setVisible(!summary.spans.empty());
   if (summary.spans.empty()) return keepLines(0);
   isWeek ? showWeek(summary, calendar) : showDay(summary, calendar);
 }
