@@ -62,6 +62,7 @@ struct TrayItem::Parts final : TrayContent {
   const UiServices& services;
   Theme& theme;
   const Handlers handlers;
+  const std::string desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString();
   TrayPicture picture;
   NotifierWatch notifiers;
   std::unique_ptr<X11TraySelection> selection;
@@ -103,7 +104,6 @@ void TrayItem::Parts::subscribe() {
 
 void TrayItem::Parts::updateIcon() {
   const auto foreground = selection ? selection->foreground() : std::nullopt;
-  const std::string desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString();
   const bool dark = isPanelDark(foreground, desktop, theme.isDesktopDark());
   const bool looksDifferent =
       picture.update(services.store.system(), services.store.agents(), services.quickStatus.snapshot(), dark);
