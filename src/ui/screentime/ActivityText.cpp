@@ -36,6 +36,12 @@ std::string clockText(Date date, const Calendar& calendar) {
 
 }  // namespace
 
+QString name(const ActivityApp& app) {
+  QString line = qtText(app.name).simplified();
+  line.removeIf([](QChar c) { return !c.isPrint() && !c.isSurrogate(); });
+  return line.isEmpty() ? qtText(app.id).simplified() : line;
+}
+
 QString duration(double seconds) {
   const auto whole = static_cast<std::int64_t>(std::floor(seconds));
   const std::int64_t hours = whole / 3'600;

@@ -10,6 +10,8 @@ namespace quillmeter {
 // How dates and durations read on the page of the screen-time record, in the interface language.
 namespace ActivityText {
 
+// An application's name as one line: desktops and windows name themselves what they like.
+QString name(const ActivityApp& app);
 // "1 小时 05 分", "12 分 03 秒", "7 秒".
 QString duration(double seconds);
 // For the scale of a chart: "30 分钟", "2 小时".

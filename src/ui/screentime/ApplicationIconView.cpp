@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "platform/ApplicationIcons.h"
+#include "ui/screentime/ActivityText.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/theme/Typography.h"
@@ -31,8 +32,8 @@ QIcon iconNamed(const std::string& name) {
   return name.front() == '/' ? iconFromFile(qtText(name)) : QIcon::fromTheme(qtText(name));
 }
 
-QString initialOf(const std::string& name) {
-  const QString text = qtText(name).trimmed();
+QString initialOf(const ActivityApp& app) {
+  const QString text = ActivityText::name(app);
   if (text.isEmpty()) return {};
   const qsizetype length = text.front().isHighSurrogate() && text.size() > 1 ? 2 : 1;
   return text.left(length).toUpper();
@@ -71,7 +72,7 @@ void ApplicationIconView::paintEvent(QPaintEvent*) {
   font.setPixelSize(points_ / 2);
   painter.setFont(font);
   painter.setPen(tint);
-  painter.drawText(rect(), Qt::AlignCenter, initialOf(app_.name));
+  painter.drawText(rect(), Qt::AlignCenter, initialOf(app_));
 }
 
 }  // namespace quillmeter

@@ -54,13 +54,13 @@ class ApplicationList::Row : public QWidget {
   // The bar is measured by the most used application, the percentage by the whole.
   void show(const ActivitySummary::AppTotal& total, const std::string& tint, double longest, double whole) {
     icon_->setApplication(total.app, tint);
-    name_->setText(qtText(total.app.name));
+    name_->setText(ActivityText::name(total.app));
     duration_->setWidestText(widestDuration());
     duration_->setText(ActivityText::duration(total.seconds));
     share_->setText(qtText(MetricFormatter::percent(whole > 0 ? total.seconds / whole : 0)));
     bar_->setTint(tint);
     bar_->setFraction(longest > 0 ? total.seconds / longest : 0);
-    setAccessibleName(qtText(total.app.name));
+    setAccessibleName(name_->text());
     setAccessibleDescription(duration_->text());
   }
 

@@ -5,6 +5,7 @@
 
 #include "base/L10n.h"
 #include "screentime/ScreenTimeMonitor.h"
+#include "ui/screentime/ActivityText.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/Paragraph.h"
@@ -44,7 +45,8 @@ void ScreenTimeHeader::showState(const ScreenTimeMonitor& monitor) {
   state_->setTone(counts ? TextTone::success : TextTone::secondary);
   if (!monitor.enabled()) return state_->setText(qtText(QM_TR("未在记录")));
   if (!counts) return state_->setText(qtText(monitor.state()));
-  state_->setText(qtText(L10n::format("%@ · %@", {monitor.state(), monitor.currentApp()->name})));
+  state_->setText(
+      qtText(L10n::format("%@ · %@", {monitor.state(), ActivityText::name(*monitor.currentApp()).toStdString()})));
 }
 
 void ScreenTimeHeader::retranslate() {

@@ -41,7 +41,8 @@ QString namesOf(const ActivityTimelineGroup& group, std::size_t count) {
   for (std::size_t index = 0; index < std::min(group.apps.size(), count); ++index) {
     const ActivitySummary::AppTotal& total = group.apps[index];
     if (index > 0) names += QStringLiteral("   ");
-    names += qtText(L10n::format("%@ %@", {ActivityText::duration(total.seconds).toStdString(), total.app.name}));
+    names += qtText(L10n::format(
+        "%@ %@", {ActivityText::duration(total.seconds).toStdString(), ActivityText::name(total.app).toStdString()}));
   }
   return group.apps.size() > count ? names + QStringLiteral(" …") : names;
 }
@@ -198,7 +199,8 @@ void TimelineCard::showWeek(const ActivitySummary& summary, const Calendar& cale
 QString TimelineCard::description(const TimelineBlock& block) const {
   const std::string when = ActivityText::clockRange(block.start, block.end, calendar_).toStdString();
   const std::string duration = ActivityText::duration(block.end.secondsSince(block.start)).toStdString();
-  return qtText(L10n::format("%@ · %@ · %@", {when, duration, apps_[block.application].name}));
+  return qtText(
+      L10n::format("%@ · %@ · %@", {when, duration, ActivityText::name(apps_[block.application]).toStdString()}));
 }
 
 void TimelineCard::retranslate() {

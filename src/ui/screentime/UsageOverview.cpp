@@ -36,9 +36,9 @@ QString totalNote(const ActivitySummary& summary, bool isWeek) {
 // The name last: it is what may be cut where there is no room.
 QString longestNote(const ActivitySpan& span, bool isWeek, const Calendar& calendar) {
   const std::string when = ActivityText::clockRange(span.start, span.end, calendar).toStdString();
-  if (!isWeek) return qtText(L10n::format("%@ · %@", {when, span.app.name}));
-  return qtText(
-      L10n::format("%@ %@ · %@", {ActivityText::weekday(span.start, calendar).toStdString(), when, span.app.name}));
+  if (!isWeek) return qtText(L10n::format("%@ · %@", {when, ActivityText::name(span.app).toStdString()}));
+  return qtText(L10n::format("%@ %@ · %@", {ActivityText::weekday(span.start, calendar).toStdString(), when,
+                                            ActivityText::name(span.app).toStdString()}));
 }
 
 }  // namespace

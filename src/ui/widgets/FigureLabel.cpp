@@ -117,7 +117,9 @@ QSize FigureLabel::minimumSizeHint() const {
 bool FigureLabel::event(QEvent* event) {
   if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
     const bool isElided = TabularText::width(text_, font()) > width() + 0.5;
-    if (isElided) QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text_, this);
+    // The text may be a foreign name, which is no markup whatever it looks like.
+    const QString plain = QStringLiteral("<span>%1</span>").arg(text_.toHtmlEscaped());
+    if (isElided) QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plain, this);
     event->setAccepted(isElided);
     return true;
   }

@@ -280,6 +280,12 @@ TEST(ActivityPalette, applicationsDifferAndKeepTheirColour) {
   EXPECT_EQ(palette.tint("app0"), first);
 }
 
+TEST(ActivityText, aNameIsOnePrintableLine) {
+  EXPECT_EQ(ActivityText::name({"id", "Two\nlines\x07 and\u202E more"}).toStdString(), "Two lines and more");
+  EXPECT_EQ(ActivityText::name({"org.example.App", " \n"}).toStdString(), "org.example.App");
+  EXPECT_EQ(ActivityText::name({"id", "\xF0\x9F\xA6\x8A Fox"}).toStdString(), "\xF0\x9F\xA6\x8A Fox");
+}
+
 TEST(ActivityText, theEndOfADayIsTwentyFour) {
   const Date day = *shanghai.dateFrom(2026, 3, 18);
   EXPECT_EQ(ActivityText::clockRange(at(day, 23.5), at(day, 24), shanghai).toStdString(), "23:30–24:00");
