@@ -40,7 +40,8 @@ void QuickStatusMonitor::configure() {
 void QuickStatusMonitor::start() {
   ++generation_;
   path_ = services_.paths.start([this](const NetworkPath& path) { updateConnection(path); });
-  timer_ = services_.timers.repeating(periodSeconds, periodSeconds / 10, [this] { refresh(); });
+  // Tolerant enough to share its wake-ups with the sampling of the machine.
+  timer_ = services_.timers.repeating(periodSeconds, periodSeconds / 4, [this] { refresh(); });
   refresh();
 }
 

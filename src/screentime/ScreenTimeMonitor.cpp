@@ -52,7 +52,15 @@ void ScreenTimeMonitor::start() {
   dependencies_.foreground.setActivationHandler([this](const RunningApplication& application) { tick(application); });
   dependencies_.events.setEventHandler([this](SessionEvent event) { handle(event); });
   dependencies_.locks.setLockHandler([this](bool locked) { handleLock(locked); });
-  timer_ = dependencies_.timers.repeating(tickSeconds, tickToleranceSeconds, [this] { tickNow(); });
+  followSwitch();
+}
+
+// Without a record to keep, a tick would do nothing: then the machine is not woken for it.
+void ScreenTimeMonitor::followSwitch() {
+  const bool ticks = started_ && enabled_;
+  if (ticks == (timer_ != nullptr)) return;
+  timer_.reset();
+  if (ticks) timer_ = dependencies_.timers.repeating(tickSeconds, tickToleranceSeconds, [this] { tickNow(); });
 }
 
 void ScreenTimeMonitor::tickNow() {
@@ -298,6 +306,7 @@ void ScreenTimeMonitor::stopCounting() {
 }
 
 void ScreenTimeMonitor::publish() {
+  followSwitch();
   observers_.notify();
 }
 

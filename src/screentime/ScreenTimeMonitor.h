@@ -88,6 +88,7 @@ class ScreenTimeMonitor {
     friend bool operator==(const Fingerprint&, const Fingerprint&) = default;
   };
 
+  void followSwitch();
   void tickNow();
   void switchOn();
   void switchOff();

@@ -48,10 +48,12 @@ TEST(ScreenTimeMonitor, nothingHappensUntilItIsSwitchedOn) {
   EXPECT_EQ(desktop.foreground.reads, 0) << "without recording nobody looks at what is in front";
 }
 
-TEST(ScreenTimeMonitor, wakesUpOnceASecondWithTolerance) {
+TEST(ScreenTimeMonitor, wakesUpOnceASecondWithToleranceWhileItRecords) {
   ScreenTimeFixture desktop;
   ScreenTimeMonitor monitor(desktop.dependencies());
   monitor.start();
+  EXPECT_TRUE(desktop.timers.running().empty());
+  monitor.setEnabled(true);
   monitor.start();
   EXPECT_EQ(desktop.timers.running(), (std::vector<ManualTimerFactory::Running>{{1.0, 0.1, true}}));
 }
@@ -73,6 +75,7 @@ TEST(ScreenTimeMonitor, switchingOnRecordsAndStoresAtOnce) {
   EXPECT_EQ(desktop.store.stored->spans, desktop.monitor.spans());
   EXPECT_FALSE(desktop.store.stored->enabled);
   EXPECT_EQ(desktop.monitor.currentApp(), std::nullopt);
+  EXPECT_TRUE(desktop.timers.running().empty()) << "nothing wakes the machine for it";
 
   desktop.pass(10);
   desktop.monitor.setEnabled(true);
