@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include <fmt/format.h>
+
 #include "access/model/AgentLogProvider.h"
 #include "base/L10n.h"
 
@@ -17,7 +19,7 @@ std::int64_t minuteOf(Date date) {
 }
 
 std::string twoDigits(std::int64_t value) {
-  return (value < 10 ? "0" : "") + std::to_string(value);
+  return fmt::format("{:02}", value);
 }
 
 const std::vector<std::string>* missingNames(const AgentUsageSnapshot& snapshot) {

@@ -161,8 +161,9 @@ void MenuBarPage::refresh() {
     if (tile->style() == style) tile->setChecked(true);
   }
   std::string text = MenuBarStylePictures::text(style);
-  if (MenuBarStylePictures::hasRings(style))
-    text += "\n" + QM_TR("充电时显示闪电，接通电源时显示插头；网络断开时优先显示网络状态。");
+  if (MenuBarStylePictures::hasRings(style)) {
+    text.append("\n").append(QM_TR("充电时显示闪电，接通电源时显示插头；网络断开时优先显示网络状态。"));
+  }
   styleText_->setText(qtText(text));
   metric_->setChosen(std::string(rawValue(chosenMenuBarMetric(services().preferences))));
   showOptions(style);
