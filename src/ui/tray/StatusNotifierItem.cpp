@@ -172,10 +172,9 @@ bool StatusNotifierItem::handleMessage(const QDBusMessage& message, const QDBusC
     } else {
       return false;
     }
-  } else if (!message.interface().isEmpty() && message.interface() != itemInterface) {
-    return false;
-  } else if (!handleCall(message)) {
-    return false;
+  } else {
+    const bool isForItem = message.interface().isEmpty() || message.interface() == itemInterface;
+    if (!isForItem || !handleCall(message)) return false;
   }
   if (message.isReplyRequired()) connection.send(message.createReply(out));
   return true;
