@@ -23,7 +23,7 @@ cat >"$work/fonts.conf" <<XML
 XML
 export FONTCONFIG_FILE=$work/fonts.conf
 
-take() { "$program" --machine tools/screenshots/machine.json "$@"; }
+take() { QT_LOGGING_RULES="qt.qpa.*=false" "$program" --scale=2 --machine tools/screenshots/machine.json "$@"; }
 take "$work/new"
 take --language en --theme dark --prefix dark-en- "$work/new" dashboard-overview dashboard-agents dashboard-screentime settings-menubar popover
 

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QPainter>
 #include <QTemporaryDir>
 #include <QTextStream>
 
@@ -14,6 +15,7 @@
 #include "demo/MachineFile.h"
 #include "platform/fake/FakeDesktop.h"
 #include "preferences/SettingsKeys.h"
+#include "screenshots/IndexedImage.h"
 #include "screenshots/Shot.h"
 #include "ui/theme/Theme.h"
 
@@ -38,17 +40,33 @@ void leaveTheDesktop(const QString& home) {
   for (const char* bus : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"})
     qputenv(bus, "unix:path=/nonexistent");
   for (const char* variable : {"QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "XDG_CURRENT_DESKTOP"}) qunsetenv(variable);
-  qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("LC_ALL", "C.UTF-8");
 }
 
 // The scale has to be known before the application is made.
-void scaleBefore(int count, char** arguments) {
+double scaleIn(int count, char** arguments) {
   const std::string option = "--scale=";
   for (int index = 1; index < count; ++index) {
     const std::string argument = arguments[index];
-    if (argument.starts_with(option)) qputenv("QT_SCALE_FACTOR", QByteArray(argument.c_str() + option.size()));
+    if (argument.starts_with(option)) return std::max(QByteArray(argument.c_str() + option.size()).toDouble(), 1.0);
   }
+  return 1;
+}
+
+// A screen of a usual size, whatever the scale.
+void makeScreen(const QString& home, double scale) {
+  constexpr double widthPoints = 1440;
+  constexpr double heightPoints = 900;
+  const QString path = home + "/screen.json";
+  QFile file(path);
+  if (!file.open(QIODevice::WriteOnly)) return;
+  file.write(QStringLiteral(R"({"screens":[{"name":"screen","x":0,"y":0,"width":%1,"height":%2,)"
+                            R"("logicalDpi":96,"logicalBaseDpi":96,"dpr":1}]})")
+                 .arg(widthPoints * scale)
+                 .arg(heightPoints * scale)
+                 .toUtf8());
+  qputenv("QT_SCALE_FACTOR", QByteArray::number(scale));
+  qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(path));
 }
 
 [[noreturn]] void fail(const QString& text) {
@@ -105,6 +123,22 @@ MachineDescription machineFor(const Options& options) {
   return machine;
 }
 
+// Rounded windows stand on something.
+QImage onDesk(const QImage& window, const Theme& theme) {
+  QImage picture(window.size(), QImage::Format_RGB32);
+  picture.setDevicePixelRatio(window.devicePixelRatio());
+  picture.fill(theme.isDark() ? QColor(0x0B, 0x0C, 0x0F) : QColor(0xDD, 0xE1, 0xE8));
+  QPainter(&picture).drawImage(0, 0, window);
+  return picture;
+}
+
+// A layout may ask for another one.
+void settle(FakeServices& services) {
+  constexpr int turns = 5;
+  services.settle();
+  for (int turn = 0; turn < turns; ++turn) QApplication::processEvents();
+}
+
 void take(const Shot& shot, const Options& options, const MachineDescription& machine, QApplication& application) {
   FakeServices services(machine);
   FakeDesktopAppearance desktop;
@@ -114,13 +148,13 @@ void take(const Shot& shot, const Options& options, const MachineDescription& ma
   const std::unique_ptr<QWidget> window = shot.open(services);
   if (const QSize size = options.size.value_or(shot.size); !size.isEmpty()) window->resize(size);
   window->show();
-  QApplication::processEvents();
-  services.settle();
+  settle(services);
   if (shot.prepare) shot.prepare(*window, services);
-  QApplication::processEvents();
+  settle(services);
   const QString path = QDir(options.folder).filePath(options.prefix + QString::fromStdString(shot.name) + ".png");
   constexpr int smallestFile = 0;  // quality 0 compresses most
-  if (!window->grab().toImage().save(path, "PNG", smallestFile)) fail(path + " cannot be written");
+  if (!indexedImage(onDesk(window->grab().toImage(), theme)).save(path, "PNG", smallestFile))
+    fail(path + " cannot be written");
 }
 
 }  // namespace
@@ -128,7 +162,7 @@ void take(const Shot& shot, const Options& options, const MachineDescription& ma
 int main(int argc, char** argv) {
   const QTemporaryDir home;
   leaveTheDesktop(home.path());
-  scaleBefore(argc, argv);
+  makeScreen(home.path(), scaleIn(argc, argv));
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   const Options options = readOptions(application);

@@ -35,9 +35,23 @@ void leaveTheDesktop(const std::filesystem::path& home) {
                                "QT_QPA_PLATFORMTHEME", "XDG_CURRENT_DESKTOP"}) {
     unsetenv(variable);
   }
-  if (const char* scale = std::getenv("QUILLMETER_TEST_SCALE")) setenv("QT_SCALE_FACTOR", scale, 1);
-  setenv("QT_QPA_PLATFORM", "offscreen", 1);
   setenv("QT_LOGGING_RULES", "qt.qpa.*=false", 0);
+}
+
+// One screen of a usual size, whatever the scale.
+void makeScreen(const quillmeter::test::TemporaryDirectory& home) {
+  constexpr int widthPoints = 1440;
+  constexpr int heightPoints = 900;
+  const char* given = std::getenv("QUILLMETER_TEST_SCALE");
+  const std::string scale = given == nullptr ? "1" : given;
+  const auto pixels = [factor = std::stod(scale)](int points) {
+    return std::to_string(static_cast<int>(points * factor));
+  };
+  const auto file = home.write("screen.json", R"({"screens":[{"name":"screen","x":0,"y":0,"width":)" +
+                                                  pixels(widthPoints) + R"(,"height":)" + pixels(heightPoints) +
+                                                  R"(,"logicalDpi":96,"logicalBaseDpi":96,"dpr":1}]})");
+  setenv("QT_SCALE_FACTOR", scale.c_str(), 1);
+  setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + file.string()).c_str(), 1);
 }
 
 }  // namespace
@@ -47,6 +61,7 @@ int main(int argc, char** argv) {
   if (GTEST_FLAG_GET(list_tests)) return RUN_ALL_TESTS();
   const quillmeter::test::TemporaryDirectory home;
   leaveTheDesktop(home.path());
+  makeScreen(home);
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   return RUN_ALL_TESTS();
