@@ -1,6 +1,5 @@
 #include "ui/dashboard/Sidebar.h"
 
-#include <cmath>
 #include <utility>
 
 #include <QEvent>
@@ -11,13 +10,13 @@
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
 #include "menubar/SymbolPainter.h"
-#include "ui/icon/ApplicationIcon.h"
 #include "ui/screentime/ActivityText.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/theme/Typography.h"
 #include "ui/widgets/FigureLabel.h"
+#include "ui/widgets/ProgramGlyph.h"
 #include "ui/widgets/SymbolButton.h"
 
 namespace quillmeter {
@@ -33,23 +32,6 @@ constexpr int topMargin = 20;
 constexpr int iconEdge = 30;
 
 }  // namespace
-
-// The program's own icon, as sharp as the device.
-class ProgramIcon final : public QWidget {
- public:
-  explicit ProgramIcon(QWidget* parent) : QWidget(parent) { setFixedSize(iconEdge, iconEdge); }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    const int pixels = static_cast<int>(std::lround(iconEdge * devicePixelRatioF()));
-    if (image_.width() != pixels) image_ = ApplicationIcon::image(pixels);
-    QPainter painter(this);
-    painter.drawImage(QRectF(rect()), image_);
-  }
-
- private:
-  QImage image_;
-};
 
 SidebarEntry::SidebarEntry(std::string page, std::string symbol, QWidget* parent)
     : QRadioButton(parent), page_(std::move(page)), symbol_(std::move(symbol)) {
@@ -102,7 +84,7 @@ void SidebarEntry::paintEvent(QPaintEvent*) {
 Sidebar::Sidebar(const UiServices& services, Handlers handlers, QWidget* parent)
     : QWidget(parent), services_(services), handlers_(std::move(handlers)) {
   setObjectName(QStringLiteral("dashboard.sidebar"));
-  icon_ = new ProgramIcon(this);
+  icon_ = new ProgramGlyph(iconEdge, this);
   name_ = new FigureLabel(TextRole::heading, TextTone::primary, this);
   name_->setText(QStringLiteral("Quillmeter"));
   sampled_ = new FigureLabel(TextRole::caption, TextTone::secondary, this);

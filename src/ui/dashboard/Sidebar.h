@@ -16,7 +16,7 @@ class QVBoxLayout;
 namespace quillmeter {
 
 class FigureLabel;
-class ProgramIcon;
+class ProgramGlyph;
 class SymbolButton;
 
 // One page in the sidebar: its symbol and, where there is room, its title. The radio buttons of a group: arrow keys
@@ -71,7 +71,7 @@ class Sidebar : public QWidget {
   const UiServices& services_;
   const Handlers handlers_;
   std::vector<SidebarEntry*> entries_;
-  ProgramIcon* icon_;
+  ProgramGlyph* icon_;
   QHBoxLayout* brand_;
   FigureLabel* name_;
   FigureLabel* sampled_;

@@ -4,7 +4,7 @@
 
 #include "base/L10n.h"
 #include "preferences/LaunchAtLoginManager.h"
-#include "ui/onboarding/Emblem.h"
+#include "ui/onboarding/DoneEmblem.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/Notice.h"
 #include "ui/widgets/SettingsGroup.h"
@@ -13,7 +13,7 @@
 namespace quillmeter {
 FinishStep::FinishStep(const UiServices& services, QWidget* parent) : OnboardingStep(parent), services_(services) {
   setObjectName("onboarding.finish");
-  setEmblem(new Emblem(Emblem::Kind::done, this));
+  setEmblem(new DoneEmblem(this));
   content()->addStretch(1);
   group_ = new SettingsGroup(this);
   login_ = new ToggleSwitch;

@@ -11,9 +11,9 @@
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
 #include "ui/AppActions.h"
-#include "ui/onboarding/Emblem.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/Paragraph.h"
+#include "ui/widgets/ProgramGlyph.h"
 #include "ui/widgets/SegmentedControl.h"
 #include "ui/widgets/SymbolView.h"
 
@@ -33,12 +33,13 @@ constexpr std::array<Feature, 3> features = {{
 }};
 
 constexpr int symbolPoints = 20;
+constexpr int glyphEdge = 72;
 
 }  // namespace
 
 WelcomeStep::WelcomeStep(const UiServices& services, QWidget* parent) : OnboardingStep(parent), services_(services) {
   setObjectName("onboarding.welcome");
-  setEmblem(new Emblem(Emblem::Kind::rings, this));
+  setEmblem(new ProgramGlyph(glyphEdge, this));
   content()->addStretch(1);
   buildFeatures();
   content()->addStretch(2);

@@ -10,10 +10,10 @@
 
 #include "base/L10n.h"
 #include "ui/AppActions.h"
-#include "ui/settings/ProgramGlyph.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/Paragraph.h"
+#include "ui/widgets/ProgramGlyph.h"
 #include "ui/widgets/SettingsGroup.h"
 #include "ui/widgets/SymbolView.h"
 #include "update/AppUpdateChecker.h"
@@ -25,6 +25,7 @@ namespace {
 
 constexpr int sideMargin = 16;
 constexpr int topMargin = 11;
+constexpr int glyphEdge = 72;
 
 struct PrivacyFact {
   std::string_view symbol;
@@ -69,7 +70,7 @@ void AboutPage::buildHead() {
   names->addStretch();
   auto* head = new QHBoxLayout;
   head->setSpacing(gap);
-  head->addWidget(new ProgramGlyph(this));
+  head->addWidget(new ProgramGlyph(glyphEdge, this));
   head->addLayout(names, 1);
   column()->addLayout(head);
 }

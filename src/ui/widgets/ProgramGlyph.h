@@ -5,12 +5,11 @@
 
 namespace quillmeter {
 
-// The program's icon, large. Decoration: not read aloud.
+// The program's icon, sharp on every screen. Decoration: not read aloud.
 class ProgramGlyph final : public QWidget {
  public:
-  explicit ProgramGlyph(QWidget* parent = nullptr);
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override { return sizeHint(); }
+  // `points` is its edge length.
+  explicit ProgramGlyph(int points, QWidget* parent = nullptr);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
