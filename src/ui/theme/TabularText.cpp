@@ -74,8 +74,10 @@ double shareAbove(Qt::Alignment alignment) {
 
 }  // namespace
 
+// At fractional scales baseline and edge of a widget are rounded apart, which would cut a descender's last pixel off.
 int height(const QFont& font) {
-  return heightOf(QFontMetricsF(font));
+  constexpr int slack = 1;
+  return heightOf(QFontMetricsF(font)) + slack;
 }
 
 double width(const QString& text, const QFont& font) {
