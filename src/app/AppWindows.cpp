@@ -45,7 +45,8 @@ Window* AppWindows::open(QPointer<Window>& window) {
   window = new Window(*services_);
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowIcon(ApplicationIcon::icon());
-  QObject::connect(window, &QObject::destroyed, qApp, [this] { closed(); });
+  // Queued: while a widget tells of its end, pointers to it still hold it.
+  QObject::connect(window, &QObject::destroyed, qApp, [this] { closed(); }, Qt::QueuedConnection);
   return window;
 }
 
