@@ -46,7 +46,8 @@ Window* AppWindows::open(QPointer<Window>& window) {
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowIcon(ApplicationIcon::icon());
   // Queued: while a widget tells of its end, pointers to it still hold it.
-  QObject::connect(window, &QObject::destroyed, qApp, [this] { closed(); }, Qt::QueuedConnection);
+  QObject::connect(
+      window, &QObject::destroyed, qApp, [this] { closed(); }, Qt::QueuedConnection);
   return window;
 }
 
