@@ -90,6 +90,7 @@ void AboutPage::buildUpdate() {
   notes_->setObjectName("settings.about.notes");
   notes_->setTextFormat(Qt::PlainText);
   notes_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  notes_->setContextMenuPolicy(Qt::PreventContextMenu);  // the toolkit's has texts of its own language
   layout->addWidget(notes_);
   download_ = new QPushButton;
   download_->setObjectName("settings.about.download");

@@ -173,8 +173,10 @@ void QuillStyle::polish(QWidget* widget) {
       qobject_cast<QAbstractSpinBox*>(widget) != nullptr || qobject_cast<QAbstractSlider*>(widget) != nullptr ||
       widget->inherits("QLineEdit"))
     widget->setAttribute(Qt::WA_Hover);
-  // Nothing but the thumb is painted.
-  if (qobject_cast<QScrollBar*>(widget) != nullptr) widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
+  if (qobject_cast<QScrollBar*>(widget) != nullptr) {
+    widget->setAttribute(Qt::WA_OpaquePaintEvent, false);  // nothing but the thumb is painted
+    widget->setContextMenuPolicy(Qt::PreventContextMenu);  // the toolkit's has texts of its own language
+  }
   // The container paints the ground of a combo box's list, with its round corners.
   if (widget->inherits("QComboBoxListView"))
     static_cast<QAbstractScrollArea*>(widget)->viewport()->setAutoFillBackground(false);
