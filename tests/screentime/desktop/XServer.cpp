@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <filesystem>
+
 namespace quillmeter::test {
 
 XServer::XServer() {
@@ -17,9 +19,16 @@ XServer::XServer() {
   if (!number.empty()) display_ = ":" + number;
 }
 
+// A window that asks to be shown while the manager is only just beginning is never shown: ready when it says so.
 ChildProcess XServer::startWindowManager(const std::string& home) const {
-  return ChildProcess({"openbox", "--sm-disable"},
-                      {.environment = {{"DISPLAY", display_}, {"HOME", home}, {"XDG_CACHE_HOME", home}}});
+  const std::filesystem::path ready = std::filesystem::path(home) / "window-manager-ready";
+  std::filesystem::remove(ready);
+  ChildProcess manager({"openbox", "--sm-disable", "--startup", "touch " + ready.string()},
+                       {.environment = {{"DISPLAY", display_}, {"HOME", home}, {"XDG_CACHE_HOME", home}}});
+  for (int polls = 0; polls < 2'000 && manager.isRunning() && !std::filesystem::exists(ready); ++polls) {
+    ::usleep(10'000);
+  }
+  return manager;
 }
 
 ChildProcess XServer::openWindow(const std::string& instance, const std::string& windowClass,

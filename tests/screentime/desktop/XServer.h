@@ -11,7 +11,7 @@ class XServer {
  public:
   XServer();
   const std::string& display() const { return display_; }
-  // A window manager in it.
+  // A window manager in it, ready for windows.
   ChildProcess startWindowManager(const std::string& home) const;
   // A window of a class, which says in `outputFile` once it is mapped; "-" stands for no class at all.
   ChildProcess openWindow(const std::string& instance, const std::string& windowClass,
