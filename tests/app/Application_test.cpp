@@ -6,6 +6,7 @@
 
 #include "screentime/desktop/EventLoop.h"
 #include "screentime/desktop/MessageBus.h"
+#include "screentime/desktop/SwayCompositor.h"
 #include "screentime/desktop/XServer.h"
 #include "support/TemporaryDirectory.h"
 
@@ -135,6 +136,42 @@ TEST_F(Session, startsWhereNothingCanBeStored) {
   EXPECT_TRUE(waitUntil([&] { return showsWindow("Quillmeter"); })) << readFile(directory_.path() / "log");
   first.signal(SIGTERM);
   EXPECT_EQ(first.wait(), 0);
+}
+
+TEST_F(Program, livesThroughOutputsThatComeAndGo) {
+  if (!SwayCompositor::missing().empty()) GTEST_SKIP() << SwayCompositor::missing();
+  if (!MessageBus::missing().empty()) GTEST_SKIP() << MessageBus::missing();
+  SwayCompositor sway;
+  ASSERT_TRUE(sway.start()) << sway.log();
+  MessageBus bus;
+  auto surroundings = environment();
+  surroundings.insert({{"QT_QPA_PLATFORM", "wayland"},
+                       {"WAYLAND_DISPLAY", sway.socket()},
+                       {"XDG_RUNTIME_DIR", sway.runtimeFolder()},
+                       {"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+                       {"DBUS_SYSTEM_BUS_ADDRESS", bus.address()}});
+  const auto log = directory_.path() / "log";
+  ChildProcess program({QUILLMETER_PATH, "--action", "open-settings"},
+                       {.environment = surroundings, .outputFile = log});
+  const auto windows = [&sway] {
+    std::string tree;
+    sway.message({"-t", "get_tree"}, &tree);
+    std::size_t count = 0;
+    for (std::size_t at = tree.find("com.kesto.Quillmeter\""); at != std::string::npos;
+         at = tree.find("com.kesto.Quillmeter\"", at + 1)) {
+      ++count;
+    }
+    return count;
+  };
+  ASSERT_TRUE(waitUntil([&] { return windows() > 0; })) << readFile(log);
+  EXPECT_EQ(sway.message({"create_output"}), 0);
+  for (const char* change : {"HEADLESS-2 disable", "HEADLESS-2 enable", "HEADLESS-1 disable", "HEADLESS-1 enable"}) {
+    EXPECT_EQ(sway.message({std::string("output ") + change}), 0) << change;
+    EXPECT_EQ(runProgram({QUILLMETER_PATH, "--action", "toggle-popover"}, surroundings), 0) << readFile(log);
+  }
+  EXPECT_TRUE(program.isRunning()) << readFile(log);
+  EXPECT_EQ(runProgram({QUILLMETER_PATH, "--action", "quit"}, surroundings), 0);
+  EXPECT_EQ(program.wait(), 0) << readFile(log);
 }
 
 }  // namespace

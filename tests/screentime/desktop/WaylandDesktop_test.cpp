@@ -9,6 +9,7 @@
 
 #include "screentime/desktop/EventLoop.h"
 #include "screentime/desktop/MessageBus.h"
+#include "screentime/desktop/SwayCompositor.h"
 #include "support/TemporaryDirectory.h"
 
 namespace quillmeter::test {
@@ -62,45 +63,17 @@ class WaylandDesktop : public testing::Test {
 class SwayDesktop : public WaylandDesktop {
  protected:
   void SetUp() override {
-    for (const char* program : {"sway", "swaymsg", "setpriv"}) {
-      if (installedProgram(program).empty()) GTEST_SKIP() << program << " is not installed";
-    }
-    makeRuntimeFolder(65534);
+    if (!SwayCompositor::missing().empty()) GTEST_SKIP() << SwayCompositor::missing();
+    ASSERT_TRUE(sway_.start()) << sway_.log();
+    runtime_ = sway_.runtimeFolder();
+    socket_ = sway_.socket();
     directory_.write("data/applications/org.example.Alpha.desktop",
                      "[Desktop Entry]\nType=Application\nName=Alpha Writer\n");
-    const auto config = directory_.write("sway.cfg", "output HEADLESS-1 resolution 800x600\nfocus_follows_mouse no\n");
-    std::vector<std::string> command{"sway", "-c", config};
-    // It refuses to run as root.
-    if (geteuid() == 0)
-      command.insert(command.begin(),
-                     {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--pdeathsig=KILL"});
-    compositor_ = ChildProcess(command, {.environment = {{"XDG_RUNTIME_DIR", runtime_},
-                                                         {"WLR_BACKENDS", "headless"},
-                                                         {"WLR_LIBINPUT_NO_DEVICES", "1"},
-                                                         {"WLR_RENDERER", "pixman"},
-                                                         {"HOME", runtime_}},
-                                         .outputFile = directory_.path() / "sway.log"});
-    ASSERT_TRUE(waitUntil([&] {
-      return !ipcSocket().empty() && sway({"-t", "get_version"}) == 0;
-    })) << readFile(directory_.path() / "sway.log");
-    for (const auto& entry : std::filesystem::directory_iterator(runtime_)) {
-      const std::string name = entry.path().filename();
-      if (name.starts_with("wayland-") && !name.ends_with(".lock")) socket_ = name;
-    }
-    ASSERT_FALSE(socket_.empty());
     startDesktop(socket_);
   }
-  std::string ipcSocket() const {
-    for (const auto& entry : std::filesystem::directory_iterator(runtime_)) {
-      if (entry.path().filename().string().starts_with("sway-ipc")) return entry.path();
-    }
-    return {};
-  }
-  int sway(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), {"swaymsg", "-s", ipcSocket()});
-    return runProgram(arguments, {{"XDG_RUNTIME_DIR", runtime_}});
-  }
+  int sway(std::vector<std::string> arguments) const { return sway_.message(std::move(arguments)); }
 
+  SwayCompositor sway_;
   std::string socket_;
 };
 
@@ -133,7 +106,7 @@ TEST_F(SwayDesktop, theIdleTimeBeginsAfterASecondAndEndsWithInput) {
 TEST_F(SwayDesktop, outputsThatAreSwitchedOffAreTold) {
   sway({"output HEADLESS-1 dpms off"});
   std::string outputs;
-  runProgram({"swaymsg", "-s", ipcSocket(), "-t", "get_outputs"}, {{"XDG_RUNTIME_DIR", runtime_}}, &outputs);
+  sway_.message({"-t", "get_outputs"}, &outputs);
   if (outputs.find("\"dpms\": true") != std::string::npos) {
     GTEST_SKIP() << "this compositor cannot switch an output without a screen off";
   }
@@ -147,7 +120,7 @@ TEST_F(SwayDesktop, outputsThatAreSwitchedOffAreTold) {
 TEST_F(SwayDesktop, aCompositorThatEndsLeavesEverythingUnknown) {
   open(socket_, "alpha");
   ASSERT_TRUE(waitUntil([&] { return isFront("org.example.Alpha"); }));
-  compositor_.end();
+  sway_.end();
   EXPECT_TRUE(waitUntil([&] { return !desktop_->foreground().isSupported() && !desktop_->idle().idleSeconds(); }));
   EXPECT_EQ(desktop_->foreground().frontmost(), std::nullopt);
 }
