@@ -1,5 +1,5 @@
 // Every window and page: room for its texts, a glyph for each letter.
-#include <set>
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 #include <QTextLayout>
@@ -30,6 +30,8 @@ QString missingLetters(const QString& text, const QFont& font) {
 class Layout : public testing::TestWithParam<std::string> {
  protected:
   void expectNoFaults(const QSize& size, const char* what) {
+    const char* scale = std::getenv("QUILLMETER_TEST_SCALE");
+    ASSERT_DOUBLE_EQ(qApp->devicePixelRatio(), scale == nullptr ? 1 : std::atof(scale));
     Desk described(GetParam());
     expectNoFaults(described, size, what);
     Desk bare(GetParam(), bareMachine());

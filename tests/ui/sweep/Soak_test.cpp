@@ -122,9 +122,10 @@ TEST(Soak, survivesHalfAnHourOfAnything) {
   {
     MachineChanges changes(desk.services, random);
     RandomUser user(desk, random);
-    constexpr double step = 2;
+    constexpr double step = 1;
+    constexpr int actsInAStep = 2;
     for (double passed = 0; passed < simulatedSeconds; passed += step) {
-      user.act();
+      for (int act = 0; act < actsInAStep; ++act) user.act();
       if (std::uniform_int_distribution<int>(0, 3)(random) == 0) changes.makeOne();
       desk.services.advance(step);
       desk.settle();
