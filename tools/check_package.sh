@@ -39,7 +39,7 @@ appstreamcli validate-tree --no-net "$scratch/stage" || fail "the metadata"
 step package
 (cd "$build" && cpack -G DEB -B "$scratch/package" >"$scratch/cpack.log") || { cat "$scratch/cpack.log"; fail "packing"; }
 package=$(echo "$scratch"/package/*.deb)
-dpkg-deb --info "$package" | sed -n '/Package:/,$p'
+dpkg-deb --field "$package"
 dpkg-deb --info "$package" | grep -q "^ Depends: .*libqt6widgets6" || fail "the package does not depend on Qt Widgets"
 lintian --allow-root --fail-on error,warning,info "$package" || fail "lintian"
 
