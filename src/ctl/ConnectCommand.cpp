@@ -6,6 +6,7 @@
 
 #include "access/AgentAuthorizationCoordinator.h"
 #include "access/AgentLogFolders.h"
+#include "access/AgentSwitch.h"
 #include "base/L10n.h"
 #include "ctl/AgentOverview.h"
 #include "ctl/ProviderArgument.h"
@@ -64,7 +65,7 @@ ExitCode ConnectCommand::connect(AgentLogProvider provider) {
 std::vector<AgentLogProvider> ConnectCommand::connectable() {
   std::vector<AgentLogProvider> providers;
   for (const AgentLogProvider provider : allAgentLogProviders) {
-    if (context_.access.location(provider) || wasSwitchedOff(provider)) continue;
+    if (context_.access.location(provider) || wasSwitchedOff(context_.preferences, provider)) continue;
     if (context_.access.looksInstalled(provider)) providers.push_back(provider);
   }
   return providers;
@@ -107,7 +108,7 @@ ExitCode ConnectCommand::refused(const AgentLogAccessError& error, const std::fi
 ExitCode ConnectCommand::settleSwitchAfterConnecting(AgentLogProvider provider) {
   const std::string key = monitoringSettingsKey(provider);
   if (!context_.preferences.boolean(key).value_or(false)) {
-    if (wasSwitchedOff(provider)) {
+    if (wasSwitchedOff(context_.preferences, provider)) {
       context_.console.printLine(L10n::format(QM_TR("它的统计目前关闭。开启：%@"),
                                               {context_.toolCommand + " enable " + std::string(rawValue(provider))}));
     } else if (const auto stored = context_.preferences.set(key, true); !stored) {
@@ -117,12 +118,6 @@ ExitCode ConnectCommand::settleSwitchAfterConnecting(AgentLogProvider provider) 
     }
   }
   return ExitCode::done;
-}
-
-// By the user; an agent whose switch was never touched is off by default, which connecting it changes.
-bool ConnectCommand::wasSwitchedOff(AgentLogProvider provider) const {
-  const std::string key = monitoringSettingsKey(provider);
-  return !context_.preferences.boolean(key).value_or(false) && context_.preferences.domain().contains(key);
 }
 
 ExitCode ConnectCommand::disconnect(AgentLogProvider provider) {

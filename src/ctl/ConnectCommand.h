@@ -40,7 +40,6 @@ class ConnectCommand final : public Command {
 
   ExitCode refused(const AgentLogAccessError& error, const std::filesystem::path& folder);
   ExitCode settleSwitchAfterConnecting(AgentLogProvider provider);
-  bool wasSwitchedOff(AgentLogProvider provider) const;
   // Says so when the switch of all keeps every agent from being counted.
   void mentionMasterSwitch();
 

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
-#include "access/AgentAuthorizationCoordinator.h"
 #include "access/AgentLogAccessManager.h"
+#include "access/AgentSwitch.h"
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
-#include "ui/AppActions.h"
 
 namespace quillmeter {
 
@@ -16,21 +15,15 @@ namespace {
 
 using State = AgentRow::State;
 
-bool isSwitchedOn(const UiServices& services, AgentLogProvider provider) {
-  return services.preferences.boolean(monitoringSettingsKey(provider)).value_or(false);
-}
-
-bool wasSwitchedOff(const UiServices& services, AgentLogProvider provider) {
-  return !isSwitchedOn(services, provider) && services.preferences.domain().contains(monitoringSettingsKey(provider));
-}
-
+// As the last scan left it: a grant that is stored is usable, and nothing here looks at a folder, which may hang.
 State stateOf(const UiServices& services, AgentLogProvider provider) {
-  if (services.access.location(provider)) {
-    const bool counts =
-        services.preferences.value(SettingsKeys::tokenMonitoringEnabled) && isSwitchedOn(services, provider);
+  if (services.access.grantedFolder(provider)) {
+    const bool counts = services.preferences.value(SettingsKeys::tokenMonitoringEnabled) &&
+                        isSwitchedOn(services.preferences, provider);
     return counts ? State::connected : State::switchedOff;
   }
-  return services.access.looksInstalled(provider) ? State::found : State::notFound;
+  const auto& detected = services.store.detectedAgentProviders();
+  return std::ranges::find(detected, provider) == detected.end() ? State::notFound : State::found;
 }
 
 }  // namespace
@@ -72,22 +65,11 @@ std::vector<AgentRow> agentRows(const UiServices& services, AgentUsageRange rang
 
 std::vector<AgentLogProvider> connectableAgents(const UiServices& services) {
   std::vector<AgentLogProvider> providers;
-  for (const AgentLogProvider provider : allAgentLogProviders) {
-    if (services.access.location(provider) || wasSwitchedOff(services, provider)) continue;
-    if (services.access.looksInstalled(provider)) providers.push_back(provider);
+  for (const AgentLogProvider provider : services.store.detectedAgentProviders()) {
+    if (services.access.grantedFolder(provider) || wasSwitchedOff(services.preferences, provider)) continue;
+    providers.push_back(provider);
   }
   return providers;
-}
-
-void connectAgents(const UiServices& services, const std::vector<AgentLogProvider>& providers) {
-  services.authorization.connectInSequence(providers, [&services, providers](bool) {
-    for (const AgentLogProvider provider : providers) {
-      if (!services.access.location(provider) || isSwitchedOn(services, provider)) continue;
-      if (wasSwitchedOff(services, provider)) continue;
-      const auto stored = services.preferences.set(monitoringSettingsKey(provider), true);
-      if (!stored) return services.actions.preferenceFailed(stored.error());
-    }
-  });
 }
 
 }  // namespace quillmeter

@@ -31,7 +31,4 @@ std::vector<AgentRow> agentRows(const UiServices& services, AgentUsageRange rang
 // The agents that were found here, are not connected and were not switched off by the user.
 std::vector<AgentLogProvider> connectableAgents(const UiServices& services);
 
-// Leads through granting their folders; an agent whose switch was never touched is switched on when it is connected.
-void connectAgents(const UiServices& services, const std::vector<AgentLogProvider>& providers);
-
 }  // namespace quillmeter

@@ -22,6 +22,7 @@
 #include "ui/dashboard/PageHeader.h"
 #include "ui/dashboard/UsageTotals.h"
 #include "ui/screentime/ActivityText.h"
+#include "ui/system/AgentConnecting.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/BarChart.h"
 #include "ui/widgets/Notice.h"
@@ -41,18 +42,6 @@ using Kind = MonitorComponentKind;
 
 std::string named(std::string_view text) {
   return std::string(text);
-}
-
-Notice::Kind noticeKind(AgentAuthorizationFeedback::Kind kind) {
-  switch (kind) {
-    case AgentAuthorizationFeedback::Kind::success:
-      return Notice::Kind::success;
-    case AgentAuthorizationFeedback::Kind::notice:
-      return Notice::Kind::information;
-    case AgentAuthorizationFeedback::Kind::error:
-      break;
-  }
-  return Notice::Kind::error;
 }
 
 }  // namespace
@@ -157,7 +146,7 @@ void AgentsPage::choose(const std::string& range) {
 void AgentsPage::connectFound() {
   const std::vector<AgentLogProvider> providers = connectableAgents(services_);
   if (providers.empty()) return services_.actions.showSettings("agents");
-  if (!services_.authorization.isConnecting()) connectAgents(services_, providers);
+  connectAgents(services_, providers);
 }
 
 void AgentsPage::enableMonitoring() {

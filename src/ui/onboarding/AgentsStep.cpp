@@ -11,11 +11,13 @@
 
 #include "access/AgentAuthorizationCoordinator.h"
 #include "access/AgentLogAccessManager.h"
+#include "access/AgentSwitch.h"
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
 #include "preferences/PreferenceStore.h"
 #include "ui/AppActions.h"
 #include "ui/onboarding/FoundAgentRow.h"
+#include "ui/system/AgentConnecting.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/Card.h"
 #include "ui/widgets/FigureLabel.h"
@@ -23,21 +25,6 @@
 #include "ui/widgets/Paragraph.h"
 
 namespace quillmeter {
-namespace {
-
-Notice::Kind kindOf(AgentAuthorizationFeedback::Kind kind) {
-  switch (kind) {
-    case AgentAuthorizationFeedback::Kind::success:
-      return Notice::Kind::success;
-    case AgentAuthorizationFeedback::Kind::notice:
-      return Notice::Kind::information;
-    case AgentAuthorizationFeedback::Kind::error:
-      break;
-  }
-  return Notice::Kind::error;
-}
-
-}  // namespace
 
 AgentsStep::AgentsStep(const UiServices& services, QWidget* parent) : OnboardingStep(parent), services_(services) {
   setObjectName("onboarding.agents");
@@ -66,7 +53,7 @@ AgentsStep::AgentsStep(const UiServices& services, QWidget* parent) : Onboarding
   progress_->setObjectName("onboarding.progress");
   connectAll_ = new QPushButton(this);
   connectAll_->setObjectName("onboarding.connectAll");
-  QObject::connect(connectAll_, &QPushButton::clicked, this, [this] { connectAgents(chosenAgents()); });
+  QObject::connect(connectAll_, &QPushButton::clicked, this, [this] { connectFolders(chosenAgents()); });
   auto* actions = new QHBoxLayout;
   actions->addWidget(progress_, 1);
   actions->addWidget(connectAll_);
@@ -84,19 +71,13 @@ void AgentsStep::findAgents() {
 
 void AgentsStep::addAgent(AgentLogProvider provider) {
   auto* row = new FoundAgentRow(provider, list_);
-  row->setChosen(!wasSwitchedOff(provider));
-  row->setHandlers([this] { showSequence(); }, [this, provider] { connectAgents({provider}); });
+  row->setChosen(!wasSwitchedOff(services_.preferences, provider));
+  row->setHandlers([this] { showSequence(); }, [this, provider] { connectFolders({provider}); });
   const auto behind =
       std::ranges::find_if(rows_, [&](const FoundAgentRow* other) { return other->provider() > provider; });
   list_->content()->insertWidget(static_cast<int>(behind - rows_.begin()), row);
   rows_.insert(behind, row);
   row->show();  // at once, not with the next turn of the event loop
-}
-
-// By the user; an agent whose switch was never touched may be off by default.
-bool AgentsStep::wasSwitchedOff(AgentLogProvider provider) const {
-  const std::string key = monitoringSettingsKey(provider);
-  return !services_.preferences.boolean(key).value_or(false) && services_.preferences.domain().contains(key);
 }
 
 std::vector<AgentLogProvider> AgentsStep::chosenAgents() const {
@@ -107,31 +88,10 @@ std::vector<AgentLogProvider> AgentsStep::chosenAgents() const {
   return providers;
 }
 
-void AgentsStep::connectAgents(const std::vector<AgentLogProvider>& providers) {
-  if (providers.empty() || services_.authorization.isConnecting()) return;
-  const auto done = [step = QPointer<AgentsStep>(this), providers](bool) {
-    if (step) step->settle(providers);
-  };
-  if (providers.size() == 1) {
-    services_.authorization.connect(providers.front(), done);
-  } else {
-    services_.authorization.connectInSequence(providers, done);
-  }
-}
-
-// Whose folder was granted is to be counted, and at once.
-void AgentsStep::settle(const std::vector<AgentLogProvider>& providers) {
-  bool anyGranted = false;
-  for (const AgentLogProvider provider : providers) {
-    if (!services_.access.grantedFolder(provider)) continue;
-    anyGranted = true;
-    const std::string key = monitoringSettingsKey(provider);
-    if (services_.preferences.boolean(key).value_or(false)) continue;
-    const auto stored = services_.preferences.set(key, true);
-    if (!stored) services_.actions.preferenceFailed(stored.error());
-  }
-  if (anyGranted) services_.store.refreshAgents();
-  showState();
+void AgentsStep::connectFolders(const std::vector<AgentLogProvider>& providers) {
+  connectAgents(services_, providers, [step = QPointer<AgentsStep>(this)] {
+    if (step) step->showState();
+  });
 }
 
 // As the expected folders are written: "~" for the home folder.
@@ -150,7 +110,7 @@ void AgentsStep::showState() {
   }
   none_->setVisible(rows_.empty());
   if (flow.feedback()) {
-    feedback_->show(kindOf(flow.feedback()->kind), qtText(flow.feedback()->message()));
+    feedback_->show(noticeKind(flow.feedback()->kind), qtText(flow.feedback()->message()));
   } else {
     feedback_->clear();
   }

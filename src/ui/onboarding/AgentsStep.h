@@ -33,10 +33,8 @@ class AgentsStep final : public OnboardingStep {
  private:
   void findAgents();
   void addAgent(AgentLogProvider provider);
-  bool wasSwitchedOff(AgentLogProvider provider) const;
   std::vector<AgentLogProvider> chosenAgents() const;
-  void connectAgents(const std::vector<AgentLogProvider>& providers);
-  void settle(const std::vector<AgentLogProvider>& providers);
+  void connectFolders(const std::vector<AgentLogProvider>& providers);
   std::string shownFolder(const std::filesystem::path& folder) const;
   void showState();
   void showSequence();

@@ -13,28 +13,13 @@
 #include "preferences/SettingText.h"
 #include "preferences/SettingsKeys.h"
 #include "ui/AppActions.h"
+#include "ui/system/AgentConnecting.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/Notice.h"
 #include "ui/widgets/SettingsGroup.h"
 #include "ui/widgets/ToggleSwitch.h"
 
 namespace quillmeter {
-
-namespace {
-
-Notice::Kind kindOf(AgentAuthorizationFeedback::Kind kind) {
-  switch (kind) {
-    case AgentAuthorizationFeedback::Kind::success:
-      return Notice::Kind::success;
-    case AgentAuthorizationFeedback::Kind::notice:
-      return Notice::Kind::information;
-    case AgentAuthorizationFeedback::Kind::error:
-      break;
-  }
-  return Notice::Kind::error;
-}
-
-}  // namespace
 
 AgentSettingsPage::AgentSettingsPage(const UiServices& services, QWidget* parent) : SettingsPage(services, parent) {
   setObjectName("settings.agents");
@@ -55,7 +40,7 @@ void AgentSettingsPage::buildMaster() {
   masterRow_ = master_->addRow(masterSwitch_);
   connectAll_ = new QPushButton;
   connectAll_->setObjectName("settings.agents.connectAll");
-  connect(connectAll_, &QPushButton::clicked, this, [this] { connectWaiting(); });
+  connect(connectAll_, &QPushButton::clicked, this, [this] { connectFolders(waitingAgents()); });
   connectAllRow_ = master_->addRow(connectAll_);
   column()->addWidget(master_);
 }
@@ -64,7 +49,7 @@ void AgentSettingsPage::buildAgents() {
   agents_ = new SettingsGroup(this);
   for (const AgentLogProvider provider : allAgentLogProviders) {
     AgentSettingRow::Handlers handlers;
-    handlers.connect = [this, provider] { connectAgent(provider); };
+    handlers.connect = [this, provider] { connectFolders({provider}); };
     handlers.disconnect = [this, provider] { disconnectAgent(provider); };
     handlers.enable = [this, provider](bool on) { store(monitoringSettingsKey(provider), on); };
     auto* row = new AgentSettingRow(provider, std::move(handlers));
@@ -150,26 +135,15 @@ void AgentSettingsPage::showNotice() {
     const std::string sentence = L10n::format(QM_TR("无法取消 %@ 的文件夹授权。"), {title(*notDisconnected_)});
     notice_->show(Notice::Kind::error, qtText(sentence) + "\n" + qtText(localizedDescription(disconnectProblem_)));
   } else if (feedback) {
-    notice_->show(kindOf(feedback->kind), qtText(feedback->message()));
+    notice_->show(noticeKind(feedback->kind), qtText(feedback->message()));
   } else {
     notice_->clear();
   }
 }
 
-// Who connects an agent wants it counted, unless its switch was turned off by hand.
-void AgentSettingsPage::connectAgent(AgentLogProvider provider) {
+void AgentSettingsPage::connectFolders(const std::vector<AgentLogProvider>& providers) {
   notDisconnected_.reset();
-  const std::string key = monitoringSettingsKey(provider);
-  services().authorization.connect(provider, [key, &services = services()](bool connected) {
-    PreferenceStore& preferences = services.preferences;
-    if (!connected || preferences.boolean(key).value_or(false) || preferences.domain().contains(key)) return;
-    if (const auto stored = preferences.set(key, true); !stored) services.actions.preferenceFailed(stored.error());
-  });
-}
-
-void AgentSettingsPage::connectWaiting() {
-  notDisconnected_.reset();
-  services().authorization.connectInSequence(waitingAgents());
+  connectAgents(services(), providers);
 }
 
 void AgentSettingsPage::disconnectAgent(AgentLogProvider provider) {

@@ -35,8 +35,7 @@ class AgentSettingsPage final : public SettingsPage {
   AgentFolderState folderState(AgentLogProvider provider, bool isGranted) const;
   // Switched on, found and not connected.
   std::vector<AgentLogProvider> waitingAgents() const;
-  void connectAgent(AgentLogProvider provider);
-  void connectWaiting();
+  void connectFolders(const std::vector<AgentLogProvider>& providers);
   void disconnectAgent(AgentLogProvider provider);
   void showWaiting();
   void showNotice();

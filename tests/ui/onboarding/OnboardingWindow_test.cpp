@@ -108,7 +108,6 @@ TEST(OnboardingWindow, connectsTheChosenAgentsInSequenceAndCountsThem) {
   EXPECT_EQ(opened.part<FigureLabel>("progress").text().toStdString(), "正在连接 Pi（2/2）");
   EXPECT_TRUE(opened.shows("agent.codex.state"));
   opened.services.picker.answer(opened.services.picker.requests.back().startDirectory);
-  EXPECT_TRUE(opened.services.store.isRefreshingAgents()) << "the logs are read at once";
   opened.services.settle();
   EXPECT_EQ(opened.part<Notice>("feedback").text().toStdString(), "已连好 2 个来源，正在找可统计的日志。");
   EXPECT_TRUE(opened.services.preferences.value(SettingsKeys::piMonitoringEnabled)) << "off by default";

@@ -1,0 +1,46 @@
+#include "ui/system/AgentConnecting.h"
+
+#include <utility>
+
+#include "access/AgentAuthorizationCoordinator.h"
+#include "access/AgentLogAccessManager.h"
+#include "access/AgentSwitch.h"
+#include "preferences/PreferenceStore.h"
+#include "ui/AppActions.h"
+
+namespace quillmeter {
+namespace {
+
+void switchOn(const UiServices& services, AgentLogProvider provider) {
+  if (!services.access.grantedFolder(provider) || isSwitchedOn(services.preferences, provider)) return;
+  if (wasSwitchedOff(services.preferences, provider)) return;
+  const auto stored = services.preferences.set(monitoringSettingsKey(provider), true);
+  if (!stored) services.actions.preferenceFailed(stored.error());
+}
+
+}  // namespace
+
+void connectAgents(const UiServices& services, const std::vector<AgentLogProvider>& providers,
+                   std::function<void()> done) {
+  if (providers.empty() || services.authorization.isConnecting()) return;
+  auto finish = [&services, providers, done = std::move(done)](bool) {
+    for (const AgentLogProvider provider : providers) switchOn(services, provider);
+    if (done) done();
+  };
+  if (providers.size() == 1) return services.authorization.connect(providers.front(), std::move(finish));
+  services.authorization.connectInSequence(providers, std::move(finish));
+}
+
+Notice::Kind noticeKind(AgentAuthorizationFeedback::Kind kind) {
+  switch (kind) {
+    case AgentAuthorizationFeedback::Kind::success:
+      return Notice::Kind::success;
+    case AgentAuthorizationFeedback::Kind::notice:
+      return Notice::Kind::information;
+    case AgentAuthorizationFeedback::Kind::error:
+      break;
+  }
+  return Notice::Kind::error;
+}
+
+}  // namespace quillmeter
