@@ -94,6 +94,8 @@ idle_cost() {  # idle_cost NAME
 }
 
 pss_now() { awk '/^Pss:/ { print $2 }' "/proc/$app/smaps_rollup"; }
+# What no other program shares; PSS also moves when other programs of the same libraries start and end.
+private_now() { awk '/^Private_/ { n += $2 } END { print n }' "/proc/$app/smaps_rollup"; }
 
 windows() { wmctrl -l -x 2>/dev/null | awk '$3 ~ /quillmeter/ { print $1 }'; }
 
@@ -123,8 +125,8 @@ open_and_close() {
 }
 
 growth_after_rounds() {
-  local before warm after
-  before=$(pss_now)
+  local before warm after private
+  before=$(pss_now) private=$(private_now)
   for _ in 1 2 3; do open_and_close; done
   sleep 40
   warm=$(pss_now)
@@ -133,6 +135,7 @@ growth_after_rounds() {
   after=$(pss_now)
   printf 'PSS: %d kB before the first opening, %d after three, %d after %d more (%+d kB, %+d since the third)\n' \
     "$before" "$warm" "$after" "$rounds" $((after - before)) $((after - warm))
+  printf 'private memory: %d kB before, %d after (%+d kB)\n' "$private" "$(private_now)" $(($(private_now) - private))
   target "memory that $rounds openings leave" $((after - before)) 2048 kB
 }
 
