@@ -23,7 +23,8 @@ void switchOn(const UiServices& services, AgentLogProvider provider) {
 void connectAgents(const UiServices& services, const std::vector<AgentLogProvider>& providers,
                    std::function<void()> done) {
   if (providers.empty() || services.authorization.isConnecting()) return;
-  auto finish = [&services, providers, done = std::move(done)](bool) {
+  // With the services themselves: the view whose record this is may be closed before the picker is.
+  auto finish = [services, providers, done = std::move(done)](bool) {
     for (const AgentLogProvider provider : providers) switchOn(services, provider);
     if (done) done();
   };
