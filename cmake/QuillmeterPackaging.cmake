@@ -57,9 +57,9 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "qt6-wayland, libqt6svg6, default-dbus-session-bus | dbus-session-bus, fonts-noto-cjk | fonts-wqy-microhei, tzdata, upower")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "pulseaudio | pipewire-pulse, xdg-desktop-portal")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "status of the machine and tokens of AI coding agents, in the tray")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-"status of the machine and tokens of AI coding agents, in the tray
-Quillmeter shows battery, network, volume, memory and processor as one small
+"Quillmeter shows battery, network, volume, memory and processor as one small
 icon in the system tray, an overview in a popover and all of it in a dashboard
 of cards that can be chosen, ordered and sized.
 .
