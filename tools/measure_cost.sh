@@ -6,8 +6,9 @@
 #   tools/measure_cost.sh --pid PID                   a process that runs already
 #
 # HOME_DIR is one that generate_log_home made: its .codex and .claude are connected. SECONDS_MEASURED (60) and SECONDS_SETTLED (45, which
-# holds the first scan and the one after) may be set. Wake-ups are the context switches of all threads, voluntary or not; RSS and PSS are
-# those at the end. The view draws on a pseudo terminal that nobody reads. Exit status 1 when a target is missed.
+# holds the first scan and the one after) may be set. Wake-ups are the voluntary context switches of all threads (a preemption by other load
+# wakes nobody up; a thread that ends meanwhile takes its own with it); RSS and PSS are those at the end. The view draws on a pseudo terminal
+# that nobody reads. Exit status 1 when a target is missed.
 set -euo pipefail
 seconds=${SECONDS_MEASURED:-60}
 settle=${SECONDS_SETTLED:-45}
@@ -18,7 +19,7 @@ reading() {
   stat=$(cat "/proc/$1/stat")
   read -r -a fields <<<"${stat##*) }"
   ticks=$((fields[11] + fields[12]))
-  switches=$(cat /proc/"$1"/task/*/status | awk '/ctxt_switches/ { n += $2 } END { print n }')
+  switches=$(cat /proc/"$1"/task/*/status | awk '/^voluntary_ctxt_switches/ { n += $2 } END { print n }')
   rss=$(awk '/^VmRSS/ { print $2 }' "/proc/$1/status")
   pss=$(awk '/^Pss:/ { print $2 }' "/proc/$1/smaps_rollup")
   echo "$ticks $switches $rss $pss"
