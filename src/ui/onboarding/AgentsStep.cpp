@@ -4,7 +4,6 @@
 #include <string>
 
 #include <QHBoxLayout>
-#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -89,9 +88,7 @@ std::vector<AgentLogProvider> AgentsStep::chosenAgents() const {
 }
 
 void AgentsStep::connectFolders(const std::vector<AgentLogProvider>& providers) {
-  connectAgents(services_, providers, [step = QPointer<AgentsStep>(this)] {
-    if (step) step->showState();
-  });
+  connectAgents(services_, providers, HandMadeOff::isTurnedOn);
 }
 
 // As the expected folders are written: "~" for the home folder.

@@ -1,7 +1,5 @@
 #include "ui/system/AgentConnecting.h"
 
-#include <utility>
-
 #include "access/AgentAuthorizationCoordinator.h"
 #include "access/AgentLogAccessManager.h"
 #include "access/AgentSwitch.h"
@@ -11,9 +9,9 @@
 namespace quillmeter {
 namespace {
 
-void switchOn(const UiServices& services, AgentLogProvider provider) {
+void switchOn(const UiServices& services, AgentLogProvider provider, HandMadeOff handMadeOff) {
   if (!services.access.grantedFolder(provider) || isSwitchedOn(services.preferences, provider)) return;
-  if (wasSwitchedOff(services.preferences, provider)) return;
+  if (handMadeOff == HandMadeOff::stays && wasSwitchedOff(services.preferences, provider)) return;
   const auto stored = services.preferences.set(monitoringSettingsKey(provider), true);
   if (!stored) services.actions.preferenceFailed(stored.error());
 }
@@ -21,12 +19,11 @@ void switchOn(const UiServices& services, AgentLogProvider provider) {
 }  // namespace
 
 void connectAgents(const UiServices& services, const std::vector<AgentLogProvider>& providers,
-                   std::function<void()> done) {
+                   HandMadeOff handMadeOff) {
   if (providers.empty() || services.authorization.isConnecting()) return;
   // With the services themselves: the view whose record this is may be closed before the picker is.
-  auto finish = [services, providers, done = std::move(done)](bool) {
-    for (const AgentLogProvider provider : providers) switchOn(services, provider);
-    if (done) done();
+  auto finish = [services, providers, handMadeOff](bool) {
+    for (const AgentLogProvider provider : providers) switchOn(services, provider, handMadeOff);
   };
   if (providers.size() == 1) return services.authorization.connect(providers.front(), std::move(finish));
   services.authorization.connectInSequence(providers, std::move(finish));

@@ -115,6 +115,21 @@ TEST(OnboardingWindow, connectsTheChosenAgentsInSequenceAndCountsThem) {
   EXPECT_EQ(opened.buttonText("connectAll"), "依次连接 1 个") << "what is not connected can be chosen again";
 }
 
+TEST(OnboardingWindow, anAgentThatWasSwitchedOffIsCountedAgainOnlyWhenItIsChosen) {
+  for (const bool isChosen : {false, true}) {
+    MachineDescription machine = machineWithAgents();
+    machine.settings = {{"settings.agentTokens.pi", false}};
+    Onboarding opened(machine);
+    opened.click("next");
+    EXPECT_EQ(opened.buttonText("connectAll"), "依次连接 2 个");
+    if (isChosen) opened.click("agent.pi.chosen");
+    opened.services.picker.acceptsAtOnce = true;
+    opened.click("connectAll");
+    EXPECT_EQ(opened.shows("agent.pi.state"), isChosen);
+    EXPECT_EQ(opened.services.preferences.value(SettingsKeys::piMonitoringEnabled), isChosen);
+  }
+}
+
 TEST(OnboardingWindow, aCancelledSequenceKeepsWhatWasGrantedAndSaysSo) {
   Onboarding opened;
   opened.click("next");
