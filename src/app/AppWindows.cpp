@@ -44,7 +44,6 @@ Window* AppWindows::open(QPointer<Window>& window) {
   if (window) return window;
   window = new Window(*services_);
   window->setAttribute(Qt::WA_DeleteOnClose);
-  window->setWindowIcon(ApplicationIcon::icon());
   // Queued: while a widget tells of its end, pointers to it still hold it.
   QObject::connect(
       window, &QObject::destroyed, qApp, [this] { closed(); }, Qt::QueuedConnection);
@@ -52,6 +51,9 @@ Window* AppWindows::open(QPointer<Window>& window) {
 }
 
 void AppWindows::present(QWidget& window) {
+  // One for all of them: what the toolkit derives of an icon it keeps for that very icon.
+  if (icon_.isNull()) icon_ = ApplicationIcon::icon();
+  if (!window.testAttribute(Qt::WA_SetWindowIcon)) window.setWindowIcon(icon_);
   window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
   window.show();
   window.raise();
@@ -98,9 +100,9 @@ void AppWindows::togglePopover(const QRect& icon) {
     popover_->close();
     return;
   }
-  if (popoverClosed_.isValid() && popoverClosed_.elapsed() < sameClickMilliseconds) return popoverClosed_.invalidate();
+  if (popoverLeft_.isValid() && popoverLeft_.elapsed() < sameClickMilliseconds) return popoverLeft_.invalidate();
   PopoverWindow* window = open(popover_);
-  QObject::connect(window, &QObject::destroyed, qApp, [this] { popoverClosed_.start(); });
+  window->setLeft([this] { popoverLeft_.start(); });
   window->showAt(icon);
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <QElapsedTimer>
+#include <QIcon>
 #include <QPointer>
 
 #include "ui/AppActions.h"
@@ -60,7 +61,8 @@ class AppWindows final : public AppActions {
   QPointer<SettingsWindow> settings_;
   QPointer<OnboardingWindow> onboarding_;
   QPointer<PopoverWindow> popover_;
-  QElapsedTimer popoverClosed_;
+  QElapsedTimer popoverLeft_;  // since it closed because it lost the focus
+  QIcon icon_;                 // painted with the first window
   std::string message_;
 };
 

@@ -58,8 +58,8 @@ struct PopoverWindow::Parts {
   PopoverFooter* footer = nullptr;
   QScrollArea* scroll = nullptr;
   bool composes = false;
+  std::function<void()> left{};
   bool wasActive = false;
-  bool askedForFocus = false;
   QRect anchor;  // what it was opened at
   QRect available;
   QSize fitted;
@@ -98,6 +98,10 @@ void PopoverWindow::showAt(const QRect& icon) {
   show();
   raise();
   WindowSystem::takeFocus(*this);
+}
+
+void PopoverWindow::setLeft(std::function<void()> left) {
+  parts_->left = std::move(left);
 }
 
 // Shown by show() alone it is as good as opened at the pointer. The cards have their values by now.
@@ -146,6 +150,7 @@ void PopoverWindow::changeEvent(QEvent* event) {
 
 void PopoverWindow::closeIfLeft() {
   if (isActiveWindow() || QApplication::activePopupWidget() || QApplication::activeModalWidget()) return;
+  if (parts_->left) parts_->left();
   close();
 }
 

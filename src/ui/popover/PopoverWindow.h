@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <QWidget>
@@ -22,6 +23,8 @@ class PopoverWindow : public QWidget {
   // screen's free area, below an icon in the upper half and above one in the lower. Where a window cannot place itself
   // it floats.
   void showAt(const QRect& icon);
+  // Called when it closes because the focus went elsewhere.
+  void setLeft(std::function<void()> left);
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 

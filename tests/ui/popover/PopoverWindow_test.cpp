@@ -92,10 +92,14 @@ TEST_F(Popover, showsTheEnabledCardsOfTheMenuBarLayoutInOrder) {
 }
 
 TEST_F(Popover, closesOnEscapeAndWhenItLosesTheFocus) {
+  int left = 0;
+  window_->setLeft([&left] { ++left; });
   QTest::keyClick(window_, Qt::Key_Escape);
   settle();
   EXPECT_TRUE(window_.isNull());
+  EXPECT_EQ(left, 0) << "the user may open it again at once";
   window_ = new PopoverWindow(services_.ui);
+  window_->setLeft([&left] { ++left; });
   window_->setAttribute(Qt::WA_DeleteOnClose);
   window_->showAt({});
   ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
@@ -105,6 +109,7 @@ TEST_F(Popover, closesOnEscapeAndWhenItLosesTheFocus) {
   ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
   settle();
   EXPECT_TRUE(window_.isNull());
+  EXPECT_EQ(left, 1);
 }
 
 TEST_F(Popover, followsTheLayoutAndItsOwnHeight) {
