@@ -112,7 +112,7 @@ void Application::begin() {
       services.store, services.quickStatus, services.screenTime, services.updates, services.access,
       services.authorization, ground_->preferences, ground_->clock, *ground_->platform.timers, services.loginItems,
       ui.activation, services.desktop.applicationIcons(), ui.windows, [&services] { return services.zone.calendar(); },
-      [this] { return localeConventions(interfaceLanguage(ground_->preferences)); }});
+      [this] { return localeConventions(interfaceLanguage(ground_->preferences)); }, services.archive.path()});
   ui.windows.setServices(*ui.services);
   ui.follower.emplace(ground_->preferences, *ground_->platform.mainExecutor,
                       SettingsFollower::Actions{

@@ -106,7 +106,8 @@ FakeServices::FakeServices(MachineDescription described)
          icons,
          actions,
          [this] { return calendar(); },
-         [this] { return conventions(); }} {
+         [this] { return conventions(); },
+         screenTimeRecord_} {
   audio.facts = description.audio;
   wifi.facts = description.wifi;
   paths.change(description.path);

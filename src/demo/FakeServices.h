@@ -27,6 +27,7 @@
 #include "platform/fake/ManualTimerFactory.h"
 #include "preferences/PreferenceStore.h"
 #include "quickstatus/QuickStatusMonitor.h"
+#include "screentime/ActivityArchiveFile.h"
 #include "screentime/ScreenTimeMonitor.h"
 #include "ui/UiServices.h"
 #include "update/AppUpdateChecker.h"
@@ -103,6 +104,7 @@ class FakeServices {
   SharedSnapshotStore shared_{nullptr, clock};
   std::string language_;
   ScriptedMachine script_;
+  const std::filesystem::path screenTimeRecord_ = ActivityArchiveFile::defaultPath(home.path() / ".local/share");
   const std::unique_ptr<Metrics> metrics_;
 
  public:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 
 #include "base/Calendar.h"
@@ -41,6 +42,7 @@ struct UiServices {
   AppActions& actions;
   std::function<Calendar()> currentCalendar;       // asked anew each time: the user travels
   std::function<LocaleConventions()> conventions;  // of the interface language
+  const std::filesystem::path& screenTimeRecord;   // the file that `screenTime` keeps
 };
 
 }  // namespace quillmeter

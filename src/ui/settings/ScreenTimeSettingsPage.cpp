@@ -1,12 +1,10 @@
 #include "ui/settings/ScreenTimeSettingsPage.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QStandardPaths>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QVBoxLayout>
 
+#include "access/AgentLogAccessManager.h"
 #include "base/L10n.h"
-#include "screentime/ActivityArchiveFile.h"
 #include "screentime/ScreenTimeMonitor.h"
 #include "ui/AppActions.h"
 #include "ui/screentime/ClearRecordDialog.h"
@@ -21,11 +19,6 @@ namespace quillmeter {
 namespace {
 
 constexpr int widestPlace = 320;
-
-std::filesystem::path archivePath() {
-  const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-  return ActivityArchiveFile::defaultPath(data.toStdString());
-}
 
 }  // namespace
 
@@ -62,7 +55,7 @@ void ScreenTimeSettingsPage::buildRecord() {
   place_ = new PathLabel;
   place_->setObjectName("settings.screenTime.place");
   place_->setMaximumWidth(widestPlace);
-  place_->setPath(archivePath(), QDir::homePath().toStdString());
+  place_->setPath(services().screenTimeRecord, services().access.places().homeDirectory);
   placeRow_ = record_->addRow(place_);
   clear_ = new QPushButton;
   clear_->setObjectName("settings.screenTime.clear");

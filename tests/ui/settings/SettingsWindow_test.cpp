@@ -176,6 +176,8 @@ TEST_F(SettingsWindowTest, theScreenTimeRecordIsRetriedAndClearedOnlyWhenConfirm
   machine.screenTime.isEnabled = true;
   machine.screenTime.startedAt = Date::fromWholeSeconds(1'773'800'000);
   open("screenTime", machine);
+  const std::string record = services->home.path() / ".local/share/Quillmeter/ScreenTime/activity.json";
+  EXPECT_EQ(find("settings.screenTime.place").accessibleName().toStdString(), record);
   services->archive.saveOutcome = ArchiveOutcome::failed;
   button("settings.screenTime.enabled").click();
   auto& error = find<Notice>("settings.screenTime.error");
