@@ -1,5 +1,6 @@
 #include "ui/screentime/ScreenTimePage.h"
 
+#include <cerrno>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -166,6 +167,35 @@ TEST(ScreenTimePage, tellsEachFailureOfTheStoreAndWhatCanBeDone) {
   action->click();
   EXPECT_FALSE(error.isVisible());
   EXPECT_EQ(opened.text("screenTime.state"), "活跃中 · Editor");
+}
+
+TEST(ScreenTimePage, aRecordThatCannotBeReadKeepsRecordingOffUntilItIsCleared) {
+  Page opened{MachineDescription()};
+  opened.services.archive.asLeft = false;  // another program left something there meanwhile
+  opened.services.archive.loadError = EBADMSG;
+  opened.click("screenTime.begin");
+  auto& error = opened.part<Notice>("screenTime.error");
+  EXPECT_EQ(error.text().toStdString(), "活动记录读取失败，原文件已保留。可清除记录后重新开启。");
+  EXPECT_FALSE(opened.part<QWidget>("screenTime.switch").isEnabled());
+  EXPECT_FALSE(opened.part<QWidget>("screenTime.begin").isEnabled());
+  EXPECT_FALSE(opened.shows("screenTime.overview"));
+
+  auto* action = error.findChild<QPushButton*>("action");
+  EXPECT_EQ(action->text().toStdString(), "清除记录…");
+  action->click();
+  opened.services.archive.removeOutcome = ArchiveOutcome::failed;
+  opened.click("screenTime.clearDialog.clear");
+  EXPECT_EQ(error.text().toStdString(), "清除失败，请检查本地存储后重试。");
+  EXPECT_FALSE(opened.part<QWidget>("screenTime.begin").isEnabled());
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+  opened.services.archive.removeOutcome = ArchiveOutcome::done;
+  error.findChild<QPushButton*>("action")->click();
+  opened.click("screenTime.clearDialog.clear");
+  EXPECT_FALSE(error.isVisible());
+  opened.click("screenTime.begin");
+  EXPECT_TRUE(opened.services.screenTime.enabled());
+  EXPECT_TRUE(opened.shows("screenTime.overview"));
 }
 
 TEST(ScreenTimePage, saysWhenTheDesktopTellsTooLittle) {
