@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QtGui/QHideEvent>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QVBoxLayout>
 
@@ -104,7 +105,9 @@ std::vector<AgentLogProvider> AgentSettingsPage::waitingAgents() const {
   std::vector<AgentLogProvider> waiting;
   for (const AgentLogProvider provider : allAgentLogProviders) {
     const AgentSettingRow::State state = stateOf(provider);
-    if (state.isEnabled && state.folderState == AgentFolderState::found) waiting.push_back(provider);
+    const bool canBeConnected =
+        state.folderState == AgentFolderState::found || state.folderState == AgentFolderState::unusable;
+    if (state.isEnabled && canBeConnected) waiting.push_back(provider);
   }
   return waiting;
 }
@@ -160,7 +163,7 @@ void AgentSettingsPage::disconnectAgent(AgentLogProvider provider) {
 void AgentSettingsPage::hideEvent(QHideEvent* event) {
   notDisconnected_.reset();
   SettingsPage::hideEvent(event);
-  if (!services().authorization.isConnecting()) services().authorization.clearFeedback();
+  if (!event->spontaneous() && !services().authorization.isConnecting()) services().authorization.clearFeedback();
 }
 
 }  // namespace quillmeter

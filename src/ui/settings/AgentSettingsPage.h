@@ -33,7 +33,7 @@ class AgentSettingsPage final : public SettingsPage {
   void buildAgents();
   AgentSettingRow::State stateOf(AgentLogProvider provider) const;
   AgentFolderState folderState(AgentLogProvider provider, bool isGranted) const;
-  // Switched on, found and not connected.
+  // Switched on and not connected: found, or connected once to a folder that was lost since.
   std::vector<AgentLogProvider> waitingAgents() const;
   void connectFolders(const std::vector<AgentLogProvider>& providers);
   void disconnectAgent(AgentLogProvider provider);

@@ -35,6 +35,7 @@ TEST_F(AgentSettingsPageTest, eachAgentSaysWhatIsKnownOfItsFolder) {
   services->setByAnotherProgram("settings.agentLogs.claude.bookmark.v2", PreferenceData{"/gone/.claude"});
   services->settle();
   EXPECT_EQ(state("claude"), QStringLiteral("文件夹无法读取，请重新连接"));
+  EXPECT_EQ(button("settings.agents.connectAll").text(), QStringLiteral("连接 Claude Code"));
 }
 
 TEST_F(AgentSettingsPageTest, connectingIsFollowedAndSwitchesOnWhatWasNeverSwitched) {
