@@ -36,9 +36,15 @@ tl::expected<LaunchAtLoginState, ManagerError> setEnabled(bool enabled, LoginIte
   return state(items);
 }
 
+bool isChosen(LaunchAtLoginState state) {
+  return state == LaunchAtLoginState::enabled || state == LaunchAtLoginState::requiresApproval;
+}
+
 std::optional<std::string> hint(LaunchAtLoginState state) {
-  if (state != LaunchAtLoginState::requiresApproval) return std::nullopt;
-  return QM_TR("请到系统设置的“登录项”中批准");
+  if (state == LaunchAtLoginState::requiresApproval) return QM_TR("请到系统设置的“登录项”中批准");
+  if (state == LaunchAtLoginState::unsupported)
+    return ManagerError{ManagerError::Kind::unsupported, {}}.errorDescription();
+  return std::nullopt;
 }
 
 }  // namespace quillmeter::LaunchAtLoginManager

@@ -31,7 +31,9 @@ LaunchAtLoginState state(LoginItems& items);
 // Gives the state afterwards, and mirrors the choice.
 tl::expected<LaunchAtLoginState, ManagerError> setEnabled(bool enabled, LoginItems& items,
                                                           PreferenceStore& preferences);
-// What the user has to do for the state to become what was chosen.
+// Whether the switch is shown on: also while the system waits for the user's approval.
+bool isChosen(LaunchAtLoginState state);
+// What stands in the way of the state that the user chose or could choose.
 std::optional<std::string> hint(LaunchAtLoginState state);
 
 }  // namespace LaunchAtLoginManager

@@ -11,7 +11,8 @@
 #include "ui/widgets/ToggleSwitch.h"
 
 namespace quillmeter {
-FinishStep::FinishStep(const UiServices& services, QWidget* parent) : OnboardingStep(parent), services_(services) {
+
+FinishStep::FinishStep(const UiServices& services, QWidget* parent) : OnboardingStep(services, parent) {
   setObjectName("onboarding.finish");
   setEmblem(new DoneEmblem(this));
   content()->addStretch(1);
@@ -32,31 +33,25 @@ void FinishStep::retranslate() {
   setHeading(qtText(QM_TR("准备好了")), qtText(QM_TR("点按托盘里的图标查看概览，右键打开仪表盘和设置。")));
   loginRow_->setTitle(qtText(QM_TR("开机自启")));
   login_->setAccessibleName(qtText(QM_TR("开机自启")));
-  showLoginItem();
+  refresh();
 }
 
-void FinishStep::showLoginItem() {
-  const LaunchAtLoginState state = LaunchAtLoginManager::state(services_.loginItems);
-  login_->setChecked(state == LaunchAtLoginState::enabled || state == LaunchAtLoginState::requiresApproval);
+void FinishStep::refresh() {
+  const LaunchAtLoginState state = LaunchAtLoginManager::state(services().loginItems);
+  login_->setChecked(LaunchAtLoginManager::isChosen(state));
   login_->setEnabled(state != LaunchAtLoginState::unsupported);
-  std::string hint = LaunchAtLoginManager::hint(state).value_or(QM_TR("登录后在后台安静地启动，不打开窗口。"));
-  if (state == LaunchAtLoginState::unsupported) hint = QM_TR("当前系统版本暂不支持开机自启。");
-  loginRow_->setSubtitle(qtText(hint));
+  const auto hint = LaunchAtLoginManager::hint(state);
+  loginRow_->setSubtitle(qtText(hint.value_or(QM_TR("登录后在后台安静地启动，不打开窗口。"))));
 }
 
 void FinishStep::setLoginItem(bool on) {
-  const auto done = LaunchAtLoginManager::setEnabled(on, services_.loginItems, services_.preferences);
+  const auto done = LaunchAtLoginManager::setEnabled(on, services().loginItems, services().preferences);
   if (done) {
     failure_->clear();
   } else {
     failure_->show(Notice::Kind::error, qtText(done.error().errorDescription()));
   }
-  showLoginItem();
-}
-
-void FinishStep::showEvent(QShowEvent* event) {
-  OnboardingStep::showEvent(event);
-  showLoginItem();
+  refresh();
 }
 
 }  // namespace quillmeter

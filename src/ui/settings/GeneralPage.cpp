@@ -139,11 +139,9 @@ std::string GeneralPage::secondsText(double seconds) const {
 
 void GeneralPage::showLoginItem() {
   const LaunchAtLoginState state = LaunchAtLoginManager::state(services().loginItems);
-  loginItem_->setChecked(state == LaunchAtLoginState::enabled || state == LaunchAtLoginState::requiresApproval);
+  loginItem_->setChecked(LaunchAtLoginManager::isChosen(state));
   loginItem_->setEnabled(state != LaunchAtLoginState::unsupported);
-  std::string hint = LaunchAtLoginManager::hint(state).value_or("");
-  if (state == LaunchAtLoginState::unsupported) hint = QM_TR("当前系统版本暂不支持开机自启。");
-  loginItemRow_->setSubtitle(qtText(hint));
+  loginItemRow_->setSubtitle(qtText(LaunchAtLoginManager::hint(state).value_or("")));
 }
 
 void GeneralPage::setLaunchAtLogin(bool on) {
