@@ -149,7 +149,8 @@ void PopoverWindow::changeEvent(QEvent* event) {
 }
 
 void PopoverWindow::closeIfLeft() {
-  if (isActiveWindow() || QApplication::activePopupWidget() || QApplication::activeModalWidget()) return;
+  if (!isVisible() || isActiveWindow() || QApplication::activePopupWidget() || QApplication::activeModalWidget())
+    return;
   if (parts_->left) parts_->left();
   close();
 }
