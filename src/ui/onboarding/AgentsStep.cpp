@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include <QHBoxLayout>
+#include <QHideEvent>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -14,7 +16,6 @@
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
 #include "preferences/PreferenceStore.h"
-#include "ui/AppActions.h"
 #include "ui/onboarding/FoundAgentRow.h"
 #include "ui/system/AgentConnecting.h"
 #include "ui/theme/QtText.h"
@@ -25,7 +26,7 @@
 
 namespace quillmeter {
 
-AgentsStep::AgentsStep(const UiServices& services, QWidget* parent) : OnboardingStep(parent), services_(services) {
+AgentsStep::AgentsStep(const UiServices& services, QWidget* parent) : OnboardingStep(services, parent) {
   setObjectName("onboarding.agents");
   list_ = new Card;
   none_ = new Paragraph(TextRole::body, TextTone::secondary);
@@ -62,7 +63,7 @@ AgentsStep::AgentsStep(const UiServices& services, QWidget* parent) : Onboarding
 
 // What the last look at the machine found; an agent that was found before keeps its line and its choice.
 void AgentsStep::findAgents() {
-  for (const AgentLogProvider provider : services_.store.detectedAgentProviders()) {
+  for (const AgentLogProvider provider : services().store.detectedAgentProviders()) {
     if (std::ranges::none_of(rows_, [&](const FoundAgentRow* row) { return row->provider() == provider; }))
       addAgent(provider);
   }
@@ -70,7 +71,7 @@ void AgentsStep::findAgents() {
 
 void AgentsStep::addAgent(AgentLogProvider provider) {
   auto* row = new FoundAgentRow(provider, list_);
-  row->setChosen(!wasSwitchedOff(services_.preferences, provider));
+  row->setChosen(!wasSwitchedOff(services().preferences, provider));
   row->setHandlers([this] { showSequence(); }, [this, provider] { connectFolders({provider}); });
   const auto behind =
       std::ranges::find_if(rows_, [&](const FoundAgentRow* other) { return other->provider() > provider; });
@@ -88,23 +89,14 @@ std::vector<AgentLogProvider> AgentsStep::chosenAgents() const {
 }
 
 void AgentsStep::connectFolders(const std::vector<AgentLogProvider>& providers) {
-  connectAgents(services_, providers, HandMadeOff::isTurnedOn);
-}
-
-// As the expected folders are written: "~" for the home folder.
-std::string AgentsStep::shownFolder(const std::filesystem::path& folder) const {
-  const std::string home = services_.access.places().homeDirectory.string() + "/";
-  const std::string path = folder.string();
-  return path.starts_with(home) ? "~/" + path.substr(home.size()) : path;
+  connectAgents(services(), providers, HandMadeOff::isTurnedOn);
 }
 
 void AgentsStep::showState() {
-  const AgentAuthorizationCoordinator& flow = services_.authorization;
-  for (FoundAgentRow* row : rows_) {
-    const auto folder = services_.access.grantedFolder(row->provider());
-    row->showState(folder.has_value(), folder ? shownFolder(*folder) : std::string(expectedFolder(row->provider())),
-                   flow.isConnecting());
-  }
+  const AgentAuthorizationCoordinator& flow = services().authorization;
+  const std::filesystem::path& home = services().access.places().homeDirectory;
+  for (FoundAgentRow* row : rows_)
+    row->showState(services().access.grantedFolder(row->provider()), home, flow.isConnecting());
   none_->setVisible(rows_.empty());
   if (flow.feedback()) {
     feedback_->show(noticeKind(flow.feedback()->kind), qtText(flow.feedback()->message()));
@@ -115,7 +107,7 @@ void AgentsStep::showState() {
 }
 
 void AgentsStep::showSequence() {
-  const AgentAuthorizationCoordinator& flow = services_.authorization;
+  const AgentAuthorizationCoordinator& flow = services().authorization;
   const std::vector<AgentLogProvider> chosen = chosenAgents();
   connectAll_->setVisible(!rows_.empty());
   connectAll_->setEnabled(!chosen.empty() && !flow.isConnecting());
@@ -139,20 +131,22 @@ QWidget* AgentsStep::firstControl() const {
   return connectAll_->isEnabled() && !connectAll_->isHidden() ? connectAll_ : nullptr;
 }
 
-void AgentsStep::showEvent(QShowEvent* event) {
-  OnboardingStep::showEvent(event);
-  const auto found = [this] {
-    findAgents();
-    showState();
-  };
-  changes_.push_back(services_.authorization.onChange([this] { showState(); }));
-  changes_.push_back(services_.store.onAgentsChange(found));
-  found();
+std::vector<Subscription> AgentsStep::subscribe(std::function<void()> changed) {
+  std::vector<Subscription> subscriptions;
+  subscriptions.push_back(services().authorization.onChange(changed));
+  subscriptions.push_back(services().store.onAgentsChange(std::move(changed)));
+  return subscriptions;
 }
 
+void AgentsStep::refresh() {
+  findAgents();
+  showState();
+}
+
+// What came of this visit is no news on the next one, nor on the other pages that connect agents.
 void AgentsStep::hideEvent(QHideEvent* event) {
   OnboardingStep::hideEvent(event);
-  changes_.clear();
+  if (!event->spontaneous() && !services().authorization.isConnecting()) services().authorization.clearFeedback();
 }
 
 }  // namespace quillmeter

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <filesystem>
-#include <string>
+#include <functional>
 #include <vector>
 
 #include "access/model/AgentLogProvider.h"
-#include "base/Observers.h"
-#include "ui/UiServices.h"
 #include "ui/onboarding/OnboardingStep.h"
 
 class QPushButton;
@@ -27,7 +24,8 @@ class AgentsStep final : public OnboardingStep {
   QWidget* firstControl() const override;
 
  protected:
-  void showEvent(QShowEvent* event) override;
+  void refresh() override;
+  std::vector<Subscription> subscribe(std::function<void()> changed) override;
   void hideEvent(QHideEvent* event) override;
 
  private:
@@ -35,18 +33,15 @@ class AgentsStep final : public OnboardingStep {
   void addAgent(AgentLogProvider provider);
   std::vector<AgentLogProvider> chosenAgents() const;
   void connectFolders(const std::vector<AgentLogProvider>& providers);
-  std::string shownFolder(const std::filesystem::path& folder) const;
   void showState();
   void showSequence();
 
-  const UiServices services_;
   Card* list_ = nullptr;
   std::vector<FoundAgentRow*> rows_;
   Paragraph* none_ = nullptr;
   QPushButton* connectAll_ = nullptr;
   FigureLabel* progress_ = nullptr;
   Notice* feedback_ = nullptr;
-  std::vector<Subscription> changes_;
 };
 
 }  // namespace quillmeter

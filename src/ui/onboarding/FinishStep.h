@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ui/UiServices.h"
 #include "ui/onboarding/OnboardingStep.h"
 
 namespace quillmeter {
@@ -17,13 +16,11 @@ class FinishStep final : public OnboardingStep {
   void retranslate() override;
 
  protected:
-  void showEvent(QShowEvent* event) override;
+  void refresh() override;
 
  private:
-  void showLoginItem();
   void setLoginItem(bool on);
 
-  const UiServices services_;
   SettingsGroup* group_ = nullptr;
   ToggleSwitch* login_ = nullptr;
   SettingRow* loginRow_ = nullptr;

@@ -5,7 +5,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "access/AgentLogFolders.h"
 #include "base/L10n.h"
+#include "ui/settings/PathLabel.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/SymbolView.h"
@@ -30,10 +32,14 @@ FoundAgentRow::FoundAgentRow(AgentLogProvider provider, QWidget* parent) : QWidg
 
 void FoundAgentRow::buildControls() {
   chosen_ = new QCheckBox(this);
+  // A connected agent keeps the place of its box, so that the names stay below each other.
+  QSizePolicy policy = chosen_->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  chosen_->setSizePolicy(policy);
   auto* symbol = new SymbolView(std::string(quillmeter::symbol(provider_)), agentTint, symbolPoints, this);
   symbol->setHasGround(true);
   name_ = new FigureLabel(TextRole::body, TextTone::primary, this);
-  folder_ = new FigureLabel(TextRole::caption, TextTone::secondary, this);
+  folder_ = new PathLabel(this);
   state_ = new FigureLabel(TextRole::body, TextTone::success, this);
   connect_ = new QPushButton(this);
   auto* names = new QVBoxLayout;
@@ -63,17 +69,14 @@ void FoundAgentRow::setHandlers(std::function<void()> chosenChanged, std::functi
   QObject::connect(connect_, &QPushButton::clicked, this, [connect = std::move(connect)] { connect(); });
 }
 
-void FoundAgentRow::showState(bool isConnected, const std::string& folder, bool isBusy) {
-  isConnected_ = isConnected;
-  folder_->setText(qtText(folder));
-  // A connected agent keeps the place of its box, so that the names stay below each other.
-  QSizePolicy policy = chosen_->sizePolicy();
-  policy.setRetainSizeWhenHidden(true);
-  chosen_->setSizePolicy(policy);
-  chosen_->setVisible(!isConnected);
+void FoundAgentRow::showState(const std::optional<std::filesystem::path>& granted, const std::filesystem::path& home,
+                              bool isBusy) {
+  isConnected_ = granted.has_value();
+  folder_->setPath(granted ? *granted : expectedFolderPath(provider_, home), home);
+  chosen_->setVisible(!isConnected_);
   chosen_->setEnabled(!isBusy);
-  state_->setVisible(isConnected);
-  connect_->setVisible(!isConnected);
+  state_->setVisible(isConnected_);
+  connect_->setVisible(!isConnected_);
   connect_->setEnabled(!isBusy);
 }
 

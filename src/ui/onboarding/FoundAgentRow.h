@@ -1,7 +1,8 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
-#include <string>
+#include <optional>
 
 #include <QWidget>
 
@@ -13,6 +14,7 @@ class QPushButton;
 namespace quillmeter {
 
 class FigureLabel;
+class PathLabel;
 
 // An agent that was found: whether it is to be connected with the others, where its logs lie, and its state or the
 // button that connects it alone.
@@ -24,7 +26,8 @@ class FoundAgentRow : public QWidget {
   bool isChosen() const;
   void setChosen(bool chosen);
   void setHandlers(std::function<void()> chosenChanged, std::function<void()> connect);
-  void showState(bool isConnected, const std::string& folder, bool isBusy);
+  // `granted` is absent for an agent that is not connected.
+  void showState(const std::optional<std::filesystem::path>& granted, const std::filesystem::path& home, bool isBusy);
   void retranslate();
 
  private:
@@ -34,7 +37,7 @@ class FoundAgentRow : public QWidget {
   bool isConnected_ = false;
   QCheckBox* chosen_ = nullptr;
   FigureLabel* name_ = nullptr;
-  FigureLabel* folder_ = nullptr;
+  PathLabel* folder_ = nullptr;
   FigureLabel* state_ = nullptr;
   QPushButton* connect_ = nullptr;
 };

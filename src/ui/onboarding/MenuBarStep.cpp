@@ -1,6 +1,7 @@
 #include "ui/onboarding/MenuBarStep.h"
 
 #include <string>
+#include <utility>
 
 #include <QGridLayout>
 #include <QVBoxLayout>
@@ -11,7 +12,6 @@
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
 #include "quickstatus/QuickStatusMonitor.h"
-#include "ui/AppActions.h"
 #include "ui/settings/MenuBarStylePictures.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/Paragraph.h"
@@ -24,7 +24,7 @@ constexpr std::array<MenuBarStyle, 4> styles = {MenuBarStyle::systemTrio, MenuBa
 
 }  // namespace
 
-MenuBarStep::MenuBarStep(const UiServices& services, QWidget* parent) : OnboardingStep(parent), services_(services) {
+MenuBarStep::MenuBarStep(const UiServices& services, QWidget* parent) : OnboardingStep(services, parent) {
   setObjectName("onboarding.menuBar");
   auto* grid = new QGridLayout;
   grid->setSpacing(14);
@@ -32,11 +32,8 @@ MenuBarStep::MenuBarStep(const UiServices& services, QWidget* parent) : Onboardi
     const MenuBarStyle style = styles[index];
     auto* tile = new MenuBarStyleTile(style, this);
     tile->setObjectName("onboarding.style." + qtText(rawValue(style)));
-    QObject::connect(tile, &QAbstractButton::clicked, this, [this, style] {
-      const auto stored = services_.preferences.set(SettingsKeys::menuBarStyle.key, std::string(rawValue(style)));
-      if (!stored) services_.actions.preferenceFailed(stored.error());
-      showChoice();
-    });
+    QObject::connect(tile, &QAbstractButton::clicked, this,
+                     [this, style] { store(SettingsKeys::menuBarStyle.key, std::string(rawValue(style))); });
     grid->addWidget(tile, static_cast<int>(index) / 2, static_cast<int>(index) % 2);
     tiles_[index] = tile;
   }
@@ -59,7 +56,7 @@ void MenuBarStep::retranslate() {
 }
 
 void MenuBarStep::showChoice() {
-  const MenuBarStyle chosen = chosenMenuBarStyle(services_.preferences);
+  const MenuBarStyle chosen = chosenMenuBarStyle(services().preferences);
   for (MenuBarStyleTile* tile : tiles_) {
     if (tile->style() == chosen) tile->setChecked(true);
   }
@@ -67,9 +64,9 @@ void MenuBarStep::showChoice() {
 }
 
 void MenuBarStep::showPictures() {
-  const CompactIconOptions options = CompactIconOptions::stored(services_.preferences);
+  const CompactIconOptions options = CompactIconOptions::stored(services().preferences);
   for (MenuBarStyleTile* tile : tiles_)
-    tile->show(MenuBarStylePictures::picture(tile->style(), services_, options, devicePixelRatioF()));
+    tile->show(MenuBarStylePictures::picture(tile->style(), services(), options, devicePixelRatioF()));
 }
 
 QWidget* MenuBarStep::firstControl() const {
@@ -79,22 +76,18 @@ QWidget* MenuBarStep::firstControl() const {
   return nullptr;
 }
 
-void MenuBarStep::showEvent(QShowEvent* event) {
-  OnboardingStep::showEvent(event);
-  const auto changed = [this] { showPictures(); };
-  changes_.push_back(services_.store.onSystemChange(changed));
-  changes_.push_back(services_.quickStatus.onChange(changed));
-  changes_.push_back(services_.preferences.onChange([this](const std::vector<std::string>&, PreferenceChangeOrigin) {
-    showChoice();
-    showPictures();
-  }));
-  showChoice();
-  showPictures();
+std::vector<Subscription> MenuBarStep::subscribe(std::function<void()> changed) {
+  std::vector<Subscription> subscriptions;
+  subscriptions.push_back(services().store.onSystemChange([this] { showPictures(); }));
+  subscriptions.push_back(services().quickStatus.onChange([this] { showPictures(); }));
+  subscriptions.push_back(services().preferences.onChange(
+      [changed = std::move(changed)](const std::vector<std::string>&, PreferenceChangeOrigin) { changed(); }));
+  return subscriptions;
 }
 
-void MenuBarStep::hideEvent(QHideEvent* event) {
-  OnboardingStep::hideEvent(event);
-  changes_.clear();
+void MenuBarStep::refresh() {
+  showChoice();
+  showPictures();
 }
 
 }  // namespace quillmeter

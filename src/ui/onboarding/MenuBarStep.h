@@ -1,10 +1,9 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <vector>
 
-#include "base/Observers.h"
-#include "ui/UiServices.h"
 #include "ui/onboarding/OnboardingStep.h"
 
 namespace quillmeter {
@@ -19,17 +18,15 @@ class MenuBarStep final : public OnboardingStep {
   QWidget* firstControl() const override;
 
  protected:
-  void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
+  void refresh() override;
+  std::vector<Subscription> subscribe(std::function<void()> changed) override;
 
  private:
   void showChoice();
   void showPictures();
 
-  const UiServices services_;
   std::array<MenuBarStyleTile*, 4> tiles_{};
   Paragraph* styleText_ = nullptr;
-  std::vector<Subscription> changes_;
 };
 
 }  // namespace quillmeter

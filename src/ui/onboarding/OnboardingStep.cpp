@@ -1,13 +1,17 @@
 #include "ui/onboarding/OnboardingStep.h"
 
+#include <utility>
+
 #include <QEvent>
 #include <QVBoxLayout>
 
+#include "preferences/PreferenceStore.h"
+#include "ui/AppActions.h"
 #include "ui/widgets/Paragraph.h"
 
 namespace quillmeter {
 
-OnboardingStep::OnboardingStep(QWidget* parent) : QWidget(parent) {
+OnboardingStep::OnboardingStep(const UiServices& services, QWidget* parent) : QWidget(parent), services_(services) {
   title_ = new Paragraph(TextRole::title, TextTone::primary, this);
   text_ = new Paragraph(TextRole::body, TextTone::secondary, this);
   content_ = new QVBoxLayout;
@@ -33,6 +37,27 @@ void OnboardingStep::setHeading(const QString& title, const QString& text) {
   text_->setText(text);
   setAccessibleName(title);
   setAccessibleDescription(text);
+}
+
+std::vector<Subscription> OnboardingStep::subscribe(std::function<void()>) {
+  return {};
+}
+
+void OnboardingStep::store(std::string_view key, PreferenceValue value) {
+  const auto stored = services_.preferences.set(key, std::move(value));
+  if (!stored) services_.actions.preferenceFailed(stored.error());
+  refresh();
+}
+
+void OnboardingStep::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  changes_ = subscribe([this] { refresh(); });
+  refresh();
+}
+
+void OnboardingStep::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  changes_.clear();
 }
 
 void OnboardingStep::changeEvent(QEvent* event) {

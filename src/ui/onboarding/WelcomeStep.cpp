@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -10,7 +11,6 @@
 #include "preferences/AppLanguage.h"
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
-#include "ui/AppActions.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/Paragraph.h"
 #include "ui/widgets/ProgramGlyph.h"
@@ -37,7 +37,7 @@ constexpr int glyphEdge = 72;
 
 }  // namespace
 
-WelcomeStep::WelcomeStep(const UiServices& services, QWidget* parent) : OnboardingStep(parent), services_(services) {
+WelcomeStep::WelcomeStep(const UiServices& services, QWidget* parent) : OnboardingStep(services, parent) {
   setObjectName("onboarding.welcome");
   setEmblem(new ProgramGlyph(glyphEdge, this));
   content()->addStretch(1);
@@ -67,16 +67,12 @@ void WelcomeStep::buildFeatures() {
 void WelcomeStep::buildLanguage() {
   language_ = new SegmentedControl(this);
   language_->setObjectName("onboarding.language");
-  language_->setHandler([this](const std::string& id) {
-    const auto stored = services_.preferences.set(SettingsKeys::appLanguage.key, id);
-    if (!stored) services_.actions.preferenceFailed(stored.error());
-    showLanguage();
-  });
+  language_->setHandler([this](const std::string& id) { store(SettingsKeys::appLanguage.key, id); });
   content()->addWidget(language_, 0, Qt::AlignHCenter);
 }
 
-void WelcomeStep::showLanguage() {
-  language_->setChosen(std::string(rawValue(selectedAppLanguage(services_.preferences))));
+void WelcomeStep::refresh() {
+  language_->setChosen(std::string(rawValue(selectedAppLanguage(services().preferences))));
 }
 
 void WelcomeStep::retranslate() {
@@ -88,23 +84,18 @@ void WelcomeStep::retranslate() {
                           {std::string(rawValue(AppLanguage::simplifiedChinese)), QStringLiteral("简体中文")},
                           {std::string(rawValue(AppLanguage::english)), QStringLiteral("English")}});
   language_->setAccessibleName(qtText(QM_TR("语言")));
-  showLanguage();
+  refresh();
 }
 
 QWidget* WelcomeStep::firstControl() const {
   return language_;
 }
 
-void WelcomeStep::showEvent(QShowEvent* event) {
-  OnboardingStep::showEvent(event);
-  settingChanges_ = services_.preferences.onChange(
-      [this](const std::vector<std::string>&, PreferenceChangeOrigin) { showLanguage(); });
-  showLanguage();
-}
-
-void WelcomeStep::hideEvent(QHideEvent* event) {
-  OnboardingStep::hideEvent(event);
-  settingChanges_.reset();
+std::vector<Subscription> WelcomeStep::subscribe(std::function<void()> changed) {
+  std::vector<Subscription> subscriptions;
+  subscriptions.push_back(services().preferences.onChange(
+      [changed = std::move(changed)](const std::vector<std::string>&, PreferenceChangeOrigin) { changed(); }));
+  return subscriptions;
 }
 
 }  // namespace quillmeter

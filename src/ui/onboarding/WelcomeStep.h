@@ -1,9 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
-#include "base/Observers.h"
-#include "ui/UiServices.h"
 #include "ui/onboarding/OnboardingStep.h"
 
 namespace quillmeter {
@@ -18,18 +17,15 @@ class WelcomeStep final : public OnboardingStep {
   QWidget* firstControl() const override;
 
  protected:
-  void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
+  void refresh() override;
+  std::vector<Subscription> subscribe(std::function<void()> changed) override;
 
  private:
   void buildFeatures();
   void buildLanguage();
-  void showLanguage();
 
-  const UiServices services_;
   std::vector<Paragraph*> features_;
   SegmentedControl* language_ = nullptr;
-  Subscription settingChanges_;
 };
 
 }  // namespace quillmeter
