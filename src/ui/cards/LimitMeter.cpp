@@ -109,41 +109,35 @@ void LimitMeter::setTitle(const QString& title) {
 QString LimitMeter::resetText(std::optional<Date> resetAt, Date now, const Calendar& calendar) const {
   if (!resetAt) return QStringLiteral("—");
   const std::optional<std::string> left = timeLeftText(*resetAt, now);
+  if (form_ == CardForm::wide) return qtText(left ? *left : QM_TR("已重置"));
   if (!left) return qtText(QM_TR("窗口已重置"));
-  if (form_ != CardForm::regular) return qtText(L10n::format(QM_TR("%@ 后重置"), {*left}));
+  if (form_ == CardForm::compact) return qtText(L10n::format(QM_TR("%@ 后重置"), {*left}));
   const std::string clock = clockText(*resetAt, now, calendar).toStdString();
   return qtText(L10n::format(QM_TR("%@ 后重置 · %@"), {*left, clock}));
-}
-
-void LimitMeter::showBesideRing(std::optional<Date> resetAt, bool isOver, Date now, const Calendar& calendar) {
-  caption_->setText(resetAt && !isOver ? qtText(QM_TR("距重置")) : QString());
-  if (isOver) reset_->setText(qtText(QM_TR("已重置")));
-  if (resetAt && !isOver) reset_->setText(qtText(timeLeftText(*resetAt, now).value_or("—")));
-  clock_->setText(resetAt ? clockText(*resetAt, now, calendar) : QString());
 }
 
 void LimitMeter::show(std::optional<double> used, std::optional<Date> resetAt, Date now, const Calendar& calendar) {
   // What was used before the window began anew says nothing of the new one.
   const bool isOver = used && resetAt && *resetAt <= now;
   const double fraction = clampToUnit(used.value_or(0));
-  const QString text = used ? qtText(MetricFormatter::percent(fraction)) : QStringLiteral("—");
-  const QString reset = used ? resetText(resetAt, now, calendar) : qtText(QM_TR("暂无记录"));
-  const std::string tint = isOver ? tint_ : tintOf(fraction, tint_, palette());
   const std::optional<double> shown = used && !isOver ? std::optional(fraction) : std::nullopt;
-  reset_->setText(reset);
+  const QString text = shown ? qtText(MetricFormatter::percent(fraction)) : QStringLiteral("—");
+  const std::string tint = isOver ? tint_ : tintOf(fraction, tint_, palette());
+  reset_->setText(used ? resetText(resetAt, now, calendar) : qtText(QM_TR("暂无记录")));
   if (ring_ != nullptr) {
     ring_->setTint(tint);
     ring_->setFraction(shown);
-    ring_->setText(isOver ? QStringLiteral("—") : text);
+    ring_->setText(text);
     ring_->setAccessibleName(title_->text());
-    showBesideRing(used ? resetAt : std::nullopt, isOver, now, calendar);
+    caption_->setText(shown && resetAt ? qtText(QM_TR("距重置")) : QString());
+    clock_->setText(used && resetAt ? clockText(*resetAt, now, calendar) : QString());
     return;
   }
   level_->setTint(tint);
   level_->setFraction(shown);
   figure_->setTone(isOver ? TextTone::tertiary : toneOf(fraction));
-  figure_->setText(isOver ? QStringLiteral("—") : text);
-  const QString accessible = QStringLiteral("%1 %2").arg(title_->text(), figure_->text());
+  figure_->setText(text);
+  const QString accessible = QStringLiteral("%1 %2").arg(title_->text(), text);
   if (figure_->accessibleName() != accessible) figure_->setAccessibleName(accessible);
 }
 

@@ -26,7 +26,6 @@ class LimitMeter : public QWidget {
  private:
   void buildRing(const QString& objectName);
   void buildLine(CardForm form, const QString& objectName);
-  void showBesideRing(std::optional<Date> resetAt, bool isOver, Date now, const Calendar& calendar);
   QString resetText(std::optional<Date> resetAt, Date now, const Calendar& calendar) const;
 
   const CardForm form_;

@@ -34,6 +34,11 @@ class MachineCards : public CardTest {};
 TEST_F(MachineCards, paintNothingWhenNothingChanged) {
   services_.start();
   services_.addUsage(AgentLogProvider::codex, "a", {.totalTokens = 1'500, .inputTokens = 900}, services_.today(9, 0));
+  services_.description.limits = DescribedLimits{.observedAt = services_.today(9, 0),
+                                                 .primaryUsed = 0.42,
+                                                 .primaryResetAt = services_.today(14, 0),
+                                                 .weeklyUsed = 0.81,
+                                                 .weeklyResetAt = services_.today(14, 1)};
   services_.scanAgents();
   showQuickStatus();
   services_.advance(untilHistoriesAreFull);
@@ -43,6 +48,8 @@ TEST_F(MachineCards, paintNothingWhenNothingChanged) {
       QApplication::processEvents();
       PaintCounter counter(card);
       services_.advance(20);
+      services_.store.refreshAgents();
+      services_.settle();
       QApplication::processEvents();
       EXPECT_TRUE(counter.paints.empty()) << rawValue(kind) << " painted " << counter.paints.begin()->first;
     }
