@@ -90,10 +90,4 @@ void BatteryCard::showFacts() {
   facts->setKnownValue(capacity_, form() == CardForm::wide ? capacityText(system) : QString());
 }
 
-std::vector<Subscription> BatteryCard::subscribe(std::function<void()> changed) {
-  std::vector<Subscription> subscriptions;
-  subscriptions.push_back(services().store.onSystemChange(std::move(changed)));
-  return subscriptions;
-}
-
 }  // namespace quillmeter

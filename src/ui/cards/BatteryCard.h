@@ -15,7 +15,6 @@ class BatteryCard : public MonitorCard {
 
  protected:
   void refresh() override;
-  std::vector<Subscription> subscribe(std::function<void()> changed) override;
   void retranslate() override;
 
  private:

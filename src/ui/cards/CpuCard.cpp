@@ -40,10 +40,4 @@ void CpuCard::refresh() {
   }
 }
 
-std::vector<Subscription> CpuCard::subscribe(std::function<void()> changed) {
-  std::vector<Subscription> subscriptions;
-  subscriptions.push_back(services().store.onSystemChange(std::move(changed)));
-  return subscriptions;
-}
-
 }  // namespace quillmeter

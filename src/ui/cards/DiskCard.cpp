@@ -46,10 +46,4 @@ void DiskCard::refresh() {
   }
 }
 
-std::vector<Subscription> DiskCard::subscribe(std::function<void()> changed) {
-  std::vector<Subscription> subscriptions;
-  subscriptions.push_back(services().store.onSystemChange(std::move(changed)));
-  return subscriptions;
-}
-
 }  // namespace quillmeter

@@ -13,7 +13,6 @@ class DiskCard : public MonitorCard {
 
  protected:
   void refresh() override;
-  std::vector<Subscription> subscribe(std::function<void()> changed) override;
   void retranslate() override;
 
  private:

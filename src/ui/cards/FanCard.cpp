@@ -101,10 +101,4 @@ void FanCard::refresh() {
   if (note_->text() != note) note_->setText(note);
 }
 
-std::vector<Subscription> FanCard::subscribe(std::function<void()> changed) {
-  std::vector<Subscription> subscriptions;
-  subscriptions.push_back(services().store.onSystemChange(std::move(changed)));
-  return subscriptions;
-}
-
 }  // namespace quillmeter

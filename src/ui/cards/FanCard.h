@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "ui/cards/MonitorCard.h"
 
 namespace quillmeter {
@@ -18,7 +16,6 @@ class FanCard : public MonitorCard {
 
  protected:
   void refresh() override;
-  std::vector<Subscription> subscribe(std::function<void()> changed) override;
   void retranslate() override;
 
  private:

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QLayout>
 
+#include "core/MonitorStore.h"
 #include "ui/theme/QtText.h"
 
 namespace quillmeter {
@@ -39,6 +40,12 @@ void MonitorCard::prepare() {
   retranslate();
   refresh();
   measure();
+}
+
+std::vector<Subscription> MonitorCard::subscribe(std::function<void()> changed) {
+  std::vector<Subscription> subscriptions;
+  subscriptions.push_back(services_.store.onSystemChange(std::move(changed)));
+  return subscriptions;
 }
 
 // Layouts within layouts hear of a change only when the event loop turns, which is too late for who asks for the size

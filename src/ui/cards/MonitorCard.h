@@ -22,7 +22,6 @@ class MonitorCard : public Card {
               const UiServices& services, QWidget* parent);
   MonitorComponentKind kind() const { return kind_; }
   DashboardCardSize size() const { return size_; }
-  ComponentPlacement placement() const { return placement_; }
   CardForm form() const { return cardForm(size_, placement_); }
   // Sets every text and value, so that the size is known before the card is shown.
   void prepare();
@@ -31,8 +30,8 @@ class MonitorCard : public Card {
   // Shows the services' present values; called when shown, after each change of what subscribe() named, and on a
   // change of language or palette.
   virtual void refresh() = 0;
-  // The changes this card is about, each calling `changed`.
-  virtual std::vector<Subscription> subscribe(std::function<void()> changed) = 0;
+  // The changes this card is about, each calling `changed`: the samples of the machine, unless it is about others.
+  virtual std::vector<Subscription> subscribe(std::function<void()> changed);
   // The texts that no value changes; before refresh().
   virtual void retranslate() {}
   const UiServices& services() const { return services_; }

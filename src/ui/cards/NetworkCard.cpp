@@ -86,10 +86,4 @@ void NetworkCard::refresh() {
   if (facts_ != nullptr) facts_->setValue(address_, qtText(system.networkIP));
 }
 
-std::vector<Subscription> NetworkCard::subscribe(std::function<void()> changed) {
-  std::vector<Subscription> subscriptions;
-  subscriptions.push_back(services().store.onSystemChange(std::move(changed)));
-  return subscriptions;
-}
-
 }  // namespace quillmeter

@@ -17,7 +17,6 @@ class NetworkCard : public MonitorCard {
 
  protected:
   void refresh() override;
-  std::vector<Subscription> subscribe(std::function<void()> changed) override;
   void retranslate() override;
 
  private:
