@@ -1,7 +1,5 @@
 #include "ui/cards/FactList.h"
 
-#include <algorithm>
-
 #include <QGridLayout>
 
 namespace quillmeter {
@@ -65,10 +63,6 @@ void FactList::setKnownValue(int fact, const QString& value) {
   } else {
     setValue(fact, value);
   }
-}
-
-bool FactList::hasVisibleFacts() const {
-  return std::ranges::any_of(facts_, &Fact::isShown);
 }
 
 void FactList::describe(const Fact& fact) {

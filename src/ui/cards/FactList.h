@@ -24,7 +24,6 @@ class FactList : public QWidget {
   void setValue(int fact, const QString& value);
   // Empty, or the dash that stands for unknown, hides the fact.
   void setKnownValue(int fact, const QString& value);
-  bool hasVisibleFacts() const;
 
  private:
   struct Fact {

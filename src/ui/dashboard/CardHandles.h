@@ -30,7 +30,6 @@ class CardHandles : public QWidget {
   CardHandles(MonitorComponentKind kind, Handlers handlers, QWidget* parent);
   // The card's size and its place (from 1) among `count` cards.
   void setState(DashboardCardSize size, int place, int count);
-  bool isDragging() const { return isDragging_; }
   // Ends a drag whose card goes away.
   void release();
 

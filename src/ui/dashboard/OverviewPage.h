@@ -25,8 +25,6 @@ class OverviewPage : public QWidget {
  public:
   explicit OverviewPage(const UiServices& services, QWidget* parent = nullptr);
   ~OverviewPage() override;
-  bool isEditing() const { return isEditing_; }
-  void setEditing(bool isEditing);
   // Escape, undo and redo while the layout is edited, wherever in the window the focus is; false for any other key.
   bool editByKey(const QKeyEvent& event);
 
@@ -36,6 +34,7 @@ class OverviewPage : public QWidget {
   void changeEvent(QEvent* event) override;
 
  private:
+  void setEditing(bool isEditing);
   void makeControls();
   void retranslate();
   void showCards();

@@ -9,8 +9,6 @@
 namespace quillmeter {
 namespace {
 
-using testing::Test;
-
 constexpr AgentTokenMetrics use{.totalTokens = 1'500, .inputTokens = 900, .outputTokens = 200, .cachedTokens = 400};
 
 class AgentCards : public CardTest {
