@@ -12,60 +12,12 @@
 
 #include "menubar/MenuBarColors.h"
 #include "menubar/SymbolPainter.h"
+#include "menubar/TabularText.h"
 #include "menubar/model/CompactIconOptions.h"
 
 namespace quillmeter::MenuBarLabelRenderer {
 
 namespace {
-
-// A text whose digits all have the same width.
-class TabularText {
- public:
-  TabularText(const std::string& text, const QFont& font)
-      : text_(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))), font_(font), metrics_(font) {
-    for (char16_t digit = u'0'; digit <= u'9'; ++digit) {
-      digitWidth_ = std::max(digitWidth_, metrics_.horizontalAdvance(QChar(digit)));
-    }
-  }
-
-  double width() const {
-    double width = 0;
-    forEachPiece([&](const QString&, double advance, double) { width += advance; });
-    return width;
-  }
-
-  void paint(QPainter& painter, double x, double baseline) const {
-    painter.setFont(font_);
-    forEachPiece([&](const QString& piece, double advance, double inset) {
-      painter.drawText(QPointF(x + inset, baseline), piece);
-      x += advance;
-    });
-  }
-
- private:
-  static bool isDigit(QChar character) { return character >= u'0' && character <= u'9'; }
-
-  // Single digits and what stands between them; `inset` centres a digit in its cell.
-  template <typename Visit>
-  void forEachPiece(const Visit& visit) const {
-    for (qsizetype from = 0; from < text_.size();) {
-      qsizetype to = from + 1;
-      if (!isDigit(text_[from])) {
-        while (to < text_.size() && !isDigit(text_[to])) ++to;
-      }
-      const QString piece = text_.mid(from, to - from);
-      const double natural = metrics_.horizontalAdvance(piece);
-      const double advance = isDigit(text_[from]) ? digitWidth_ : natural;
-      visit(piece, advance, (advance - natural) / 2);
-      from = to;
-    }
-  }
-
-  QString text_;
-  QFont font_;
-  QFontMetricsF metrics_;
-  double digitWidth_ = 0;
-};
 
 // The parts of one label in device pixels; fonts of a pixel size need no device for their metrics.
 class LabelPainter {
@@ -92,7 +44,8 @@ class LabelPainter {
     for (const MenuBarLabelEntry& entry : label_.entries) {
       SymbolPainter::paint(painter, entry.symbol, QRectF(x, (height_ - symbol) / 2, symbol, symbol), color());
       x += symbol + gap;
-      TabularText(entry.value, font).paint(painter, x, baseline(font, height_ / 2));
+      painter.setFont(font);
+      TabularText::draw(painter, QPointF(x, baseline(font, height_ / 2)), QString::fromStdString(entry.value));
       x += room(entry, font) + betweenEntries;
     }
     painter.end();
@@ -129,7 +82,12 @@ class LabelPainter {
   }
 
   static double room(const MenuBarLabelEntry& entry, const QFont& font) {
-    return std::ceil(std::max(TabularText(entry.value, font).width(), TabularText(entry.widest, font).width()));
+    return std::ceil(widthOf(entry.value, entry.widest, font));
+  }
+
+  static double widthOf(const std::string& value, const std::string& widest, const QFont& font) {
+    return std::max(TabularText::width(QString::fromStdString(value), font),
+                    TabularText::width(QString::fromStdString(widest), font));
   }
 
   // Figure and unit; the unit is empty when there is none.
@@ -144,11 +102,13 @@ class LabelPainter {
                    double middle) const {
     constexpr double smallestPixels = 5;
     const QFont full = fontOf(largest);
-    const double natural = std::max(TabularText(value, full).width(), TabularText(widest, full).width());
+    const double natural = widthOf(value, widest, full);
     const QFont font =
         natural > height_ ? fontOf(std::max(smallestPixels, std::floor(largest * height_ / natural))) : full;
-    const TabularText text(value, font);
-    text.paint(painter, std::max(0.0, (height_ - text.width()) / 2), baseline(font, middle));
+    const QString text = QString::fromStdString(value);
+    painter.setFont(font);
+    TabularText::draw(
+        painter, QPointF(std::max(0.0, (height_ - TabularText::width(text, font)) / 2), baseline(font, middle)), text);
   }
 
   // Capitals and digits, centred on the line.

@@ -1,11 +1,11 @@
-#include "ui/theme/TabularText.h"
+#include "menubar/TabularText.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include <QFont>
-#include <QFontMetricsF>
-#include <QPainter>
+#include <QtGui/QFont>
+#include <QtGui/QFontMetricsF>
+#include <QtGui/QPainter>
 
 namespace quillmeter::TabularText {
 namespace {
@@ -58,6 +58,13 @@ double widthOf(const QString& text, const QFontMetricsF& metrics, const Digits& 
   return walk(text, metrics, digits, [](const QString&, double) {});
 }
 
+// With the painter's font, which does not kern.
+void drawAt(QPainter& painter, const QPointF& baseline, const QString& text, const QFontMetricsF& metrics,
+            const Digits& digits) {
+  if (digits.areUniform) return painter.drawText(baseline, text);
+  walk(text, metrics, digits, [&](const QString& part, double x) { painter.drawText(baseline + QPointF(x, 0), part); });
+}
+
 int heightOf(const QFontMetricsF& metrics) {
   return static_cast<int>(std::ceil(metrics.ascent()) + std::ceil(metrics.descent()));
 }
@@ -102,12 +109,15 @@ void draw(QPainter& painter, const QRectF& rectangle, Qt::Alignment alignment, c
   const double baseline = rectangle.top() +
                           std::floor((rectangle.height() - heightOf(metrics)) * shareAbove(alignment)) +
                           std::ceil(metrics.ascent());
-  if (digits.areUniform) {
-    painter.drawText(QPointF(left, baseline), shown);
-  } else {
-    walk(shown, metrics, digits,
-         [&](const QString& part, double x) { painter.drawText(QPointF(left + x, baseline), part); });
-  }
+  drawAt(painter, QPointF(left, baseline), shown, metrics, digits);
+  painter.setFont(before);
+}
+
+void draw(QPainter& painter, const QPointF& baseline, const QString& text) {
+  const QFont before = painter.font();
+  painter.setFont(withoutKerning(before));
+  const QFontMetricsF metrics(painter.font(), painter.device());
+  drawAt(painter, baseline, text, metrics, digitsOf(metrics));
   painter.setFont(before);
 }
 

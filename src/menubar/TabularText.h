@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QRectF>
-#include <QString>
+#include <QtCore/QRectF>
+#include <QtCore/QString>
 
 class QFont;
 class QPainter;
@@ -16,6 +16,8 @@ double width(const QString& text, const QFont& font);
 int height(const QFont& font);
 // One line with the painter's font and pen; elided at the end when it is too long for the rectangle.
 void draw(QPainter& painter, const QRectF& rectangle, Qt::Alignment alignment, const QString& text);
+// The whole of it, with its baseline beginning at the point.
+void draw(QPainter& painter, const QPointF& baseline, const QString& text);
 
 }  // namespace TabularText
 

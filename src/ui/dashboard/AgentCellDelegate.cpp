@@ -3,10 +3,10 @@
 #include <QPainter>
 
 #include "menubar/SymbolPainter.h"
+#include "menubar/TabularText.h"
 #include "ui/dashboard/AgentTableModel.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
-#include "ui/theme/TabularText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/theme/Typography.h"
 
@@ -23,7 +23,7 @@ constexpr int groundEdge = AgentCellDelegate::groundEdge;
 constexpr int nameLeft = AgentCellDelegate::nameLeft;
 
 QColor stateColor(const AgentRow& row, const ThemeColors& colors) {
-  if (row.unreadableSources > 0) return colors.warning;
+  if (row.isIncomplete) return colors.warning;
   switch (row.state) {
     case AgentRow::State::connected:
       return colors.success;
@@ -70,7 +70,7 @@ void paintName(QPainter& painter, const QRect& cell, const AgentRow& row, const 
   painter.setBrush(stateColor(row, colors));
   painter.drawEllipse(QRectF(left, stateTop + (stateMetrics.height() - dotEdge) / 2.0, dotEdge, dotEdge));
   painter.setFont(stateFont);
-  painter.setPen(row.unreadableSources > 0 ? colors.warning : colors.secondaryText);
+  painter.setPen(row.isIncomplete ? colors.warning : colors.secondaryText);
   const int textLeft = left + dotEdge + 6;
   painter.drawText(
       QRect(textLeft, stateTop, cell.right() - textLeft, stateMetrics.height()), Qt::AlignLeft | Qt::AlignVCenter,

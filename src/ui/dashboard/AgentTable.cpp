@@ -8,11 +8,11 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "menubar/TabularText.h"
 #include "ui/dashboard/AgentCellDelegate.h"
 #include "ui/dashboard/AgentTableModel.h"
 #include "ui/dashboard/EnclosingScrollArea.h"
 #include "ui/theme/Shapes.h"
-#include "ui/theme/TabularText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/theme/Typography.h"
 

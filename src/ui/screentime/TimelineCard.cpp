@@ -7,12 +7,12 @@
 #include <QGridLayout>
 
 #include "base/L10n.h"
+#include "menubar/TabularText.h"
 #include "screentime/model/ActivityTimelineGroup.h"
 #include "ui/screentime/ActivityPalette.h"
 #include "ui/screentime/ActivityText.h"
 #include "ui/screentime/TimelineStrip.h"
 #include "ui/theme/QtText.h"
-#include "ui/theme/TabularText.h"
 #include "ui/widgets/FigureLabel.h"
 
 namespace quillmeter {

@@ -8,8 +8,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "menubar/TabularText.h"
 #include "ui/theme/Shapes.h"
-#include "ui/theme/TabularText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/theme/Typography.h"
 #include "ui/widgets/BarChartLayout.h"

@@ -5,7 +5,7 @@
 
 #include <QFontMetricsF>
 
-#include "ui/theme/TabularText.h"
+#include "menubar/TabularText.h"
 #include "ui/widgets/BarChart.h"
 
 namespace quillmeter {

@@ -10,7 +10,7 @@
 #include <QStyle>
 #include <QToolTip>
 
-#include "ui/theme/TabularText.h"
+#include "menubar/TabularText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/widgets/WidgetAccessibility.h"
 

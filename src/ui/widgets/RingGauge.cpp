@@ -6,7 +6,7 @@
 
 #include <QPainter>
 
-#include "ui/theme/TabularText.h"
+#include "menubar/TabularText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/theme/Typography.h"
 #include "ui/widgets/WidgetAccessibility.h"

@@ -8,8 +8,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "menubar/TabularText.h"
 #include "sweep/VisibleText.h"
-#include "ui/theme/TabularText.h"
 #include "ui/widgets/FigureLabel.h"
 
 namespace quillmeter::test {

@@ -10,12 +10,12 @@
 #include <QPainter>
 #include <QWidget>
 
+#include "menubar/TabularText.h"
 #include "platform/fake/FakeDesktop.h"
 #include "platform/fake/InMemoryPreferenceDomain.h"
 #include "preferences/MonitorComponentKind.h"
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
-#include "ui/theme/TabularText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/theme/Typography.h"
 
