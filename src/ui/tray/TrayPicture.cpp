@@ -17,7 +17,7 @@ namespace quillmeter {
 namespace {
 
 // The look is compared as it is at the usual size on the finest screen: what cannot be told apart there is not worth a
-// new icon, which costs a panel on the message bus a dozen questions.
+// new icon, for which a panel on the message bus asks several questions.
 int comparedPixels() {
   return static_cast<int>(std::lround(TrayPicture::usualPixels * qGuiApp->devicePixelRatio()));
 }
@@ -65,7 +65,7 @@ bool TrayPicture::update(const SystemSnapshot& system, const AgentUsageSnapshot&
   dark_ = darkPanel;
   Look next;
   if (style_ == MenuBarStyle::metrics) {
-    entries_ = menuBarLabelEntries(metric_, system, agents, quick);
+    entry_ = menuBarLabelEntries(metric_, system, agents, quick).front();  // a square shows no more
     next = look(comparedPixels());
   } else {
     const auto [options, ratio] = scaledTo(comparedPixels(), options_);
@@ -84,7 +84,7 @@ TrayPicture::Look TrayPicture::look(int pixels) const {
     return CompactStatusRenderer::drawing(style_, system_, quick_, options, dark_, false, ratio);
   }
   MenuBarLabel label;
-  label.entries = entries_;
+  label.entries = {entry_};
   label.layout = MenuBarLabelLayout::square;
   label.height = std::min(pixels, static_cast<int>(CompactIconOptions::sizeRange.maximum));
   label.devicePixelRatio = pixels / label.height;

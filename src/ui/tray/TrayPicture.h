@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <variant>
-#include <vector>
 
 #include "agents/model/AgentUsageSnapshot.h"
 #include "core/model/SystemSnapshot.h"
@@ -48,7 +47,7 @@ class TrayPicture {
   // As of the last update() that changed the look.
   SystemSnapshot system_;
   QuickStatusSnapshot quick_;
-  std::vector<MenuBarLabelEntry> entries_;
+  MenuBarLabelEntry entry_;
   bool dark_ = false;
   Look shown_;
   mutable int paintCount_ = 0;

@@ -66,6 +66,12 @@ TEST_F(Picture, textStyleShowsTheChosenFigure) {
   EXPECT_FALSE(update());
   set(SettingsKeys::menuBarMetric.key, "memory");
   EXPECT_TRUE(update());
+  set(SettingsKeys::menuBarMetric.key, "network");
+  EXPECT_TRUE(update());
+  system_.uploadSpeed = "9 KB/s";
+  EXPECT_FALSE(update()) << "a square has room for the download alone";
+  system_.downloadSpeed = "9 KB/s";
+  EXPECT_TRUE(update());
 }
 
 TEST_F(Picture, everyStyleFillsTheSquareOfEverySize) {
