@@ -1,17 +1,15 @@
 #pragma once
 
-#include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/AllocatorRelief.h"
 #include "platform/MemoryPages.h"
-#include "platform/NetworkInterfaces.h"
 #include "platform/PowerSources.h"
 #include "platform/ProcessorTicks.h"
 #include "platform/ThermalState.h"
 #include "platform/VolumeCapacity.h"
 #include "platform/WidgetReload.h"
+#include "platform/fake/FakeNetworkInterfaces.h"
 
 namespace quillmeter {
 
@@ -56,37 +54,6 @@ class FakeVolumeCapacity final : public VolumeCapacity {
     return volume;
   }
   std::optional<VolumeBytes> volume;
-  int reads = 0;
-};
-
-class FakeNetworkInterfaces final : public NetworkInterfaces {
- public:
-  struct Interface {
-    std::string name;
-    InterfaceCounters counters;
-    std::optional<std::string> ipv4;
-  };
-  std::string_view primaryInterface() override {
-    ++reads;
-    return primary;
-  }
-  std::optional<InterfaceCounters> counters(std::string_view name) override {
-    for (const auto& interface : interfaces) {
-      if (interface.name == name) return interface.counters;
-    }
-    return std::nullopt;
-  }
-  std::optional<std::string> ipv4Address(std::string_view name) override {
-    for (const auto& interface : interfaces) {
-      if (interface.name == name) return interface.ipv4;
-    }
-    return std::nullopt;
-  }
-  void onChange(std::function<void()> function) override { changed = std::move(function); }
-
-  std::string primary;
-  std::vector<Interface> interfaces;
-  std::function<void()> changed;
   int reads = 0;
 };
 
