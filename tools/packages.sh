@@ -9,7 +9,7 @@ BUILD_PACKAGES=(
   qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-tools-dev-tools
   tzdata
 )
-TEST_PACKAGES=(libgtest-dev libgmock-dev fonts-dejavu-core fonts-wqy-microhei dbus-daemon python3-dbusmock xvfb openbox xdotool trayer sway qt6-wayland iproute2 openssl pulseaudio pulseaudio-utils pipewire pipewire-pulse wireplumber desktop-file-utils appstream groff-base)
+TEST_PACKAGES=(libgtest-dev libgmock-dev fonts-dejavu-core fonts-wqy-microhei dbus-daemon python3-dbusmock xvfb openbox xdotool trayer sway kwin-wayland qt6-wayland iproute2 openssl pulseaudio pulseaudio-utils pipewire pipewire-pulse wireplumber desktop-file-utils appstream groff-base)
 
 # missing_packages PACKAGE...: prints those that are not installed, one a line.
 missing_packages() {
