@@ -35,4 +35,8 @@ std::string title(AgentUsageRange range) {
   return QM_TR("本月");
 }
 
+std::string courseTitle(AgentUsageRange range) {
+  return L10n::format(range == AgentUsageRange::today ? QM_TR("%@，每小时") : QM_TR("%@，每天"), {title(range)});
+}
+
 }  // namespace quillmeter

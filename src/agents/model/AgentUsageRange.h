@@ -18,5 +18,7 @@ std::string_view rawValue(AgentUsageRange range);
 std::optional<AgentUsageRange> agentUsageRangeFromRawValue(std::string_view rawValue);
 // Localised: "今天", "本周", "本月".
 std::string title(AgentUsageRange range);
+// What its bars are called: "今天，每小时", "本周，每天".
+std::string courseTitle(AgentUsageRange range);
 
 }  // namespace quillmeter

@@ -16,6 +16,7 @@
 #include "ui/cards/MiniBars.h"
 #include "ui/cards/ScanMessageLine.h"
 #include "ui/cards/UsageBars.h"
+#include "ui/cards/UsageRange.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/BarChart.h"
 #include "ui/widgets/Chooser.h"
@@ -64,13 +65,13 @@ void AgentTokensCard::buildHeader() {
   if (form() == CardForm::wide) {
     ranges_ = new SegmentedControl(this);
     name(ranges_, "range");
-    ranges_->setHandler([this](const std::string& id) { choose(id); });
+    ranges_->setHandler([this](const std::string& id) { chooseUsageRange(this->services(), id); });
     addHeaderControl(ranges_);
   } else {
     // Beside the title the panel has no room for three segments.
     rangeField_ = new Chooser(this);
     name(rangeField_, "range");
-    rangeField_->setHandler([this](const std::string& id) { choose(id); });
+    rangeField_->setHandler([this](const std::string& id) { chooseUsageRange(this->services(), id); });
     rangeField_->setFixedHeight(headerHeight);
     addHeaderControl(rangeField_);
   }
@@ -161,34 +162,19 @@ void AgentTokensCard::retranslate() {
     facts_->setLabel(hits_, qtText(QM_TR("缓存命中")));
   }
   if (message_ != nullptr) message_->setActionTitle(qtText(QM_TR("去连接")));
-  if (chart_ != nullptr) chart_->setEmptyText(qtText(QM_TR("这段时间没有用量")));
 }
 
 void AgentTokensCard::retranslateRanges() {
-  std::vector<SegmentedControl::Segment> segments;
-  std::vector<Chooser::Choice> choices;
-  for (const AgentUsageRange each : allAgentUsageRanges) {
-    segments.push_back({std::string(rawValue(each)), qtText(title(each))});
-    choices.push_back({std::string(rawValue(each)), qtText(title(each))});
-  }
-  if (ranges_ != nullptr) {
+  std::vector<SegmentedControl::Segment> segments = usageRangeSegments();
+  if (rangeField_ != nullptr) {
+    std::vector<Chooser::Choice> choices;
+    for (SegmentedControl::Segment& each : segments) choices.push_back({std::move(each.id), std::move(each.title)});
+    rangeField_->setChoices(std::move(choices));
+    rangeField_->setAccessibleName(qtText(QM_TR("统计范围")));
+  } else if (ranges_ != nullptr) {
     ranges_->setSegments(std::move(segments));
     ranges_->setAccessibleName(qtText(QM_TR("统计范围")));
   }
-  if (rangeField_ != nullptr) {
-    rangeField_->setChoices(std::move(choices));
-    rangeField_->setAccessibleName(qtText(QM_TR("统计范围")));
-  }
-}
-
-AgentUsageRange AgentTokensCard::range() const {
-  return agentUsageRangeFromRawValue(services().preferences.value(SettingsKeys::agentUsageRange))
-      .value_or(AgentUsageRange::today);
-}
-
-void AgentTokensCard::choose(const std::string& range) {
-  const auto stored = services().preferences.set(SettingsKeys::agentUsageRange.key, PreferenceValue(range));
-  if (!stored) services().actions.preferenceFailed(stored.error());
 }
 
 void AgentTokensCard::refresh() {
@@ -196,20 +182,26 @@ void AgentTokensCard::refresh() {
   const bool isEnabled = services().preferences.value(SettingsKeys::tokenMonitoringEnabled);
   const AgentCardState state = agentCardState(agents, isEnabled);
   const bool isMeasured = state == AgentCardState::measured || state == AgentCardState::reading;
-  busy_->setBusy(isEnabled && services().store.isRefreshingAgents());
+  const AgentUsageRange range = chosenUsageRange(services());
+  showBusy();
   usage_->setVisible(isMeasured);
-  showRange(isMeasured);
+  showRange(range, isMeasured);
   if (isMeasured) {
     prompt_->hide();
-    showUsage(agents);
+    showUsage(agents, range);
   } else {
     showPrompt(state != AgentCardState::disabled);
   }
   showMessage(agents);
 }
 
-void AgentTokensCard::showRange(bool isMeasured) {
-  const std::string chosen(rawValue(range()));
+void AgentTokensCard::showBusy() {
+  const bool isEnabled = services().preferences.value(SettingsKeys::tokenMonitoringEnabled);
+  busy_->setBusy(isEnabled && services().store.isRefreshingAgents());
+}
+
+void AgentTokensCard::showRange(AgentUsageRange range, bool isMeasured) {
+  const std::string chosen(rawValue(range));
   if (ranges_ != nullptr) {
     ranges_->setVisible(isMeasured);
     ranges_->setChosen(chosen);
@@ -217,9 +209,9 @@ void AgentTokensCard::showRange(bool isMeasured) {
     rangeField_->setVisible(isMeasured);
     rangeField_->setChosen(chosen);
   } else if (rangeName_ != nullptr) {
-    rangeName_->setText(qtText(title(range())));
+    rangeName_->setText(qtText(title(range)));
   } else {
-    setHeaderNote(isMeasured ? qtText(title(range())) : QString());
+    setHeaderNote(isMeasured ? qtText(title(range)) : QString());
   }
 }
 
@@ -231,14 +223,14 @@ void AgentTokensCard::showPrompt(bool isEnabled) {
   }
 }
 
-void AgentTokensCard::showUsage(const AgentUsageSnapshot& agents) {
-  const AgentTokenMetrics& metrics = agents.metrics(range());
+void AgentTokensCard::showUsage(const AgentUsageSnapshot& agents, AgentUsageRange range) {
+  const AgentTokenMetrics& metrics = agents.metrics(range);
   const bool isKnown = agents.lastUpdated > Date::distantPast();
   const auto text = [isKnown](std::int64_t count) {
     return isKnown ? qtText(MetricFormatter::tokens(count)) : QStringLiteral("—");
   };
   total_->setText(text(metrics.totalTokens));
-  const QString accessible = QStringLiteral("%1 %2 Token").arg(qtText(title(range())), total_->text());
+  const QString accessible = QStringLiteral("%1 %2 Token").arg(qtText(title(range)), total_->text());
   if (total_->accessibleName() != accessible) total_->setAccessibleName(accessible);
   if (facts_ != nullptr) {
     facts_->setValue(input_, text(metrics.inputTokens));
@@ -249,25 +241,15 @@ void AgentTokensCard::showUsage(const AgentUsageSnapshot& agents) {
       facts_->setValue(hits_, hitRate ? qtText(MetricFormatter::percent(*hitRate)) : QStringLiteral("—"));
     }
   }
-  showBars(agents);
+  showBars(agents, range);
 }
 
-void AgentTokensCard::showBars(const AgentUsageSnapshot& agents) {
-  const Date now = services().clock.now();
-  std::vector<ChartBar> bars = usageBars(agents.buckets(range()), range(), now, services().currentCalendar());
-  if (chart_ != nullptr) {
-    const std::string name = range() == AgentUsageRange::today ? QM_TR("%@，每小时") : QM_TR("%@，每天");
-    chart_->setAccessibleName(qtText(L10n::format(name, {title(range())})));
-    chart_->setBars(std::move(bars));
-    return;
-  }
+void AgentTokensCard::showBars(const AgentUsageSnapshot& agents, AgentUsageRange range) {
+  if (chart_ != nullptr) return showUsageBars(*chart_, agents, range, services());
+  const std::vector<AgentUsageBucket>& buckets = agents.buckets(range);
   std::vector<double> values;
-  std::optional<std::size_t> current;
-  for (std::size_t index = 0; index < bars.size(); ++index) {
-    values.push_back(bars[index].value);
-    if (bars[index].isCurrent) current = index;
-  }
-  miniBars_->setValues(std::move(values), current);
+  for (const AgentUsageBucket& bucket : buckets) values.push_back(static_cast<double>(bucket.metrics.totalTokens));
+  miniBars_->setValues(std::move(values), currentBucket(buckets, services().clock.now()));
 }
 
 // Where there is no room for the sentence it is the card's tooltip.
@@ -285,7 +267,7 @@ void AgentTokensCard::showMessage(const AgentUsageSnapshot& agents) {
 std::vector<Subscription> AgentTokensCard::subscribe(std::function<void()> changed) {
   std::vector<Subscription> subscriptions;
   subscriptions.push_back(services().store.onAgentsChange(changed));
-  subscriptions.push_back(services().store.onActivityChange(changed));
+  subscriptions.push_back(services().store.onActivityChange([this] { showBusy(); }));
   subscriptions.push_back(services().preferences.onChange(
       [changed = std::move(changed)](const std::vector<std::string>&, PreferenceChangeOrigin) { changed(); }));
   return subscriptions;

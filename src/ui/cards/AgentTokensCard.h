@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "agents/model/AgentUsageSnapshot.h"
 #include "ui/cards/MonitorCard.h"
 
@@ -35,13 +33,12 @@ class AgentTokensCard : public MonitorCard {
   void buildUsage();
   void buildCompactUsage();
   void buildLargeUsage();
-  AgentUsageRange range() const;
-  void choose(const std::string& range);
   void retranslateRanges();
-  void showRange(bool isMeasured);
+  void showBusy();
+  void showRange(AgentUsageRange range, bool isMeasured);
   void showPrompt(bool isEnabled);
-  void showUsage(const AgentUsageSnapshot& agents);
-  void showBars(const AgentUsageSnapshot& agents);
+  void showUsage(const AgentUsageSnapshot& agents, AgentUsageRange range);
+  void showBars(const AgentUsageSnapshot& agents, AgentUsageRange range);
   void showMessage(const AgentUsageSnapshot& agents);
 
   BusyIndicator* busy_ = nullptr;

@@ -1,7 +1,13 @@
 #include "ui/cards/UsageBars.h"
 
+#include <algorithm>
+
+#include "base/Clock.h"
+#include "base/L10n.h"
 #include "core/model/MetricFormatter.h"
 #include "ui/theme/QtText.h"
+#include "ui/widgets/BarChart.h"
+#include "ui/widgets/WidgetAccessibility.h"
 
 namespace quillmeter {
 
@@ -11,26 +17,39 @@ QString twoDigits(int value) {
   return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0'));
 }
 
+ChartBar barOf(const AgentUsageBucket& bucket, AgentUsageRange range, const Calendar& calendar) {
+  const CalendarTime time = calendar.components(bucket.start);
+  const QString day = twoDigits(time.day.month) + QLatin1Char('-') + twoDigits(time.day.day);
+  const QString name = range == AgentUsageRange::today ? twoDigits(time.hour) + QStringLiteral(":00") : day;
+  ChartBar bar;
+  bar.value = static_cast<double>(bucket.metrics.totalTokens);
+  bar.label = range == AgentUsageRange::today   ? twoDigits(time.hour)
+              : range == AgentUsageRange::month ? QString::number(time.day.day)
+                                                : day;
+  bar.description = QStringLiteral("%1 · %2").arg(name, qtText(MetricFormatter::tokens(bucket.metrics.totalTokens)));
+  return bar;
+}
+
 }  // namespace
 
-std::vector<ChartBar> usageBars(const std::vector<AgentUsageBucket>& buckets, AgentUsageRange range, Date now,
-                                const Calendar& calendar) {
+std::optional<std::size_t> currentBucket(const std::vector<AgentUsageBucket>& buckets, Date now) {
+  const auto next = std::ranges::upper_bound(buckets, now, {}, &AgentUsageBucket::start);
+  if (next == buckets.begin()) return std::nullopt;
+  return static_cast<std::size_t>(next - buckets.begin()) - 1;
+}
+
+void showUsageBars(BarChart& chart, const AgentUsageSnapshot& agents, AgentUsageRange range,
+                   const UiServices& services) {
+  const std::vector<AgentUsageBucket>& buckets = agents.buckets(range);
+  const Calendar calendar = services.currentCalendar();
   std::vector<ChartBar> bars;
   bars.reserve(buckets.size());
-  for (std::size_t index = 0; index < buckets.size(); ++index) {
-    const AgentUsageBucket& bucket = buckets[index];
-    const CalendarTime time = calendar.components(bucket.start);
-    const QString day = twoDigits(time.day.month) + QLatin1Char('-') + twoDigits(time.day.day);
-    const QString name = range == AgentUsageRange::today ? twoDigits(time.hour) + QStringLiteral(":00") : day;
-    ChartBar& bar = bars.emplace_back();
-    bar.value = static_cast<double>(bucket.metrics.totalTokens);
-    bar.label = range == AgentUsageRange::today   ? twoDigits(time.hour)
-                : range == AgentUsageRange::month ? QString::number(time.day.day)
-                                                  : day;
-    bar.description = QStringLiteral("%1 · %2").arg(name, qtText(MetricFormatter::tokens(bucket.metrics.totalTokens)));
-    bar.isCurrent = bucket.start <= now && (index + 1 == buckets.size() || now < buckets[index + 1].start);
-  }
-  return bars;
+  for (const AgentUsageBucket& bucket : buckets) bars.push_back(barOf(bucket, range, calendar));
+  if (const auto current = currentBucket(buckets, services.clock.now())) bars[*current].isCurrent = true;
+  const bool isKnown = agents.lastUpdated > Date::distantPast();
+  chart.setEmptyText(isKnown ? qtText(QM_TR("这段时间没有用量")) : QString());
+  WidgetAccessibility::setName(chart, qtText(courseTitle(range)));
+  chart.setBars(std::move(bars));
 }
 
 }  // namespace quillmeter

@@ -16,6 +16,7 @@
 #include "ui/cards/AgentCardState.h"
 #include "ui/cards/BusyIndicator.h"
 #include "ui/cards/UsageBars.h"
+#include "ui/cards/UsageRange.h"
 #include "ui/dashboard/AgentRows.h"
 #include "ui/dashboard/AgentTable.h"
 #include "ui/dashboard/AgentsIntroduction.h"
@@ -69,7 +70,7 @@ void AgentsPage::buildHeader() {
   busy_ = new BusyIndicator(services_.timers, this);
   ranges_ = new SegmentedControl(this);
   ranges_->setObjectName(QStringLiteral("dashboard.agents.range"));
-  ranges_->setHandler([this](const std::string& id) { choose(id); });
+  ranges_->setHandler([this](const std::string& id) { chooseUsageRange(services_, id); });
   refresh_ = new SymbolButton("arrow.clockwise", this);
   refresh_->setObjectName(QStringLiteral("dashboard.agents.refresh"));
   connect(refresh_, &QAbstractButton::clicked, this, [this] { services_.store.refreshAgents(); });
@@ -122,25 +123,10 @@ void AgentsPage::retranslate() {
   header_->setTitle(qtText(QM_TR("Agent")));
   busy_->setDescription(qtText(QM_TR("正在读取本地 Agent 日志")));
   refresh_->setDescription(qtText(QM_TR("重新扫描")));
-  std::vector<SegmentedControl::Segment> segments;
-  for (const AgentUsageRange each : allAgentUsageRanges) {
-    segments.push_back({named(rawValue(each)), qtText(title(each))});
-  }
-  ranges_->setSegments(std::move(segments));
+  ranges_->setSegments(usageRangeSegments());
   ranges_->setAccessibleName(qtText(QM_TR("统计范围")));
-  chart_->setEmptyText(qtText(QM_TR("这段时间没有用量")));
   list_->setHeader("terminal", {}, qtText(QM_TR("各个 Agent")));
   table_->setAccessibleName(qtText(QM_TR("各个 Agent")));
-}
-
-AgentUsageRange AgentsPage::range() const {
-  return agentUsageRangeFromRawValue(services_.preferences.value(SettingsKeys::agentUsageRange))
-      .value_or(AgentUsageRange::today);
-}
-
-void AgentsPage::choose(const std::string& range) {
-  const auto stored = services_.preferences.set(SettingsKeys::agentUsageRange.key, range);
-  if (!stored) services_.actions.preferenceFailed(stored.error());
 }
 
 void AgentsPage::connectFound() {
@@ -160,7 +146,8 @@ void AgentsPage::refresh() {
   const bool isEnabled = services_.preferences.value(SettingsKeys::tokenMonitoringEnabled);
   const AgentCardState state = agentCardState(agents, isEnabled);
   const bool isConnected = state != AgentCardState::notConnected;
-  ranges_->setChosen(named(rawValue(range())));
+  const AgentUsageRange range = chosenUsageRange(services_);
+  ranges_->setChosen(named(rawValue(range)));
   busy_->setBusy(isEnabled && services_.store.isRefreshingAgents());
   refresh_->setEnabled(isEnabled);
   header_->setSubtitle(
@@ -174,13 +161,13 @@ void AgentsPage::refresh() {
   usage_->setVisible(state == AgentCardState::measured || state == AgentCardState::reading);
   ranges_->setVisible(!usage_->isHidden());
   if (isConnected) {
-    showUsage(agents);
+    showUsage(agents, range);
   } else {
     std::vector<std::string> names;
     for (const AgentLogProvider provider : connectableAgents(services_)) names.push_back(title(provider));
     introduction_->setFound(joinList(names, services_.conventions()));
   }
-  table_->setRows(agentRows(services_, range()), services_.clock.now());
+  table_->setRows(agentRows(services_, range), services_.clock.now());
 }
 
 // What the scan has to say. While nothing is connected the introduction says it.
@@ -216,15 +203,11 @@ void AgentsPage::showFeedback() {
   }
 }
 
-void AgentsPage::showUsage(const AgentUsageSnapshot& agents) {
-  const AgentUsageRange shown = range();
-  totals_->setTitle(qtText(title(shown)));
-  totals_->setMetrics(agents.metrics(shown));
-  const std::string format = shown == AgentUsageRange::today ? QM_TR("%@，每小时") : QM_TR("%@，每天");
-  course_->setHeader("chart.bar.fill", named(quillmeter::tint(Kind::agentTokens)),
-                     qtText(L10n::format(format, {title(shown)})));
-  chart_->setAccessibleName(qtText(L10n::format(format, {title(shown)})));
-  chart_->setBars(usageBars(agents.buckets(shown), shown, services_.clock.now(), services_.currentCalendar()));
+void AgentsPage::showUsage(const AgentUsageSnapshot& agents, AgentUsageRange range) {
+  totals_->setTitle(qtText(title(range)));
+  totals_->setMetrics(agents.metrics(range));
+  course_->setHeader("chart.bar.fill", named(quillmeter::tint(Kind::agentTokens)), qtText(courseTitle(range)));
+  showUsageBars(*chart_, agents, range, services_);
 }
 
 // Settings are told from within whoever writes them, the manager of the grants among them, which a row asks.

@@ -47,11 +47,9 @@ class AgentsPage : public QWidget {
   void refreshSoon();
   void showNotice(const AgentUsageSnapshot& agents, bool isConnected);
   void showFeedback();
-  void showUsage(const AgentUsageSnapshot& agents);
-  void choose(const std::string& range);
+  void showUsage(const AgentUsageSnapshot& agents, AgentUsageRange range);
   void connectFound();
   void enableMonitoring();
-  AgentUsageRange range() const;
 
   const UiServices& services_;
   PageHeader* header_ = nullptr;

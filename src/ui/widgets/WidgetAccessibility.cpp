@@ -91,6 +91,10 @@ void install() {
   QAccessible::installFactory(make);
 }
 
+void setName(QWidget& widget, const QString& name) {
+  if (widget.accessibleName() != name) widget.setAccessibleName(name);
+}
+
 void valueChanged(QWidget& widget) {
   if (!QAccessible::isActive()) return;
   QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&widget);
