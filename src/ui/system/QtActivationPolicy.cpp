@@ -3,13 +3,13 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QWindow>
 
+#include "ui/system/X11Server.h"
 #include "ui/system/X11Taskbar.h"
 
 namespace quillmeter {
 
 QtActivationPolicy::QtActivationPolicy() {
-  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (x11 != nullptr && x11->connection() != nullptr) taskbar_ = std::make_unique<X11Taskbar>(x11->connection());
+  if (auto* connection = X11Server::connection()) taskbar_ = std::make_unique<X11Taskbar>(connection);
 }
 
 QtActivationPolicy::~QtActivationPolicy() = default;

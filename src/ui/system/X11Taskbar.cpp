@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <string_view>
 #include <utility>
 
 #include <xcb/xcb.h>
 #include <QtCore/QEvent>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QWindow>
+
+#include "ui/system/X11Server.h"
 
 namespace quillmeter {
 
@@ -17,15 +18,6 @@ namespace {
 // A manager that never agrees is left alone after these, each after twice the time of the one before.
 constexpr int mostRequests = 8;
 constexpr int firstPauseMilliseconds = 50;
-
-xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
-  const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-  xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(connection, cookie, nullptr);
-  if (reply == nullptr) return XCB_ATOM_NONE;
-  const xcb_atom_t result = reply->atom;
-  std::free(reply);
-  return result;
-}
 
 // Those that a taskbar would list: no popups, tools or tray items, and only once they have an X11 window.
 bool isApplicationWindow(const QWindow& window) {
@@ -54,11 +46,11 @@ bool contains(const std::vector<std::uint32_t>& values, std::uint32_t value) {
 X11Taskbar::X11Taskbar(xcb_connection_t* connection)
     : connection_(connection),
       root_(xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root),
-      managerCheck_(atom(connection, "_NET_SUPPORTING_WM_CHECK")),
-      managedState_(atom(connection, "WM_STATE")),
-      states_(atom(connection, "_NET_WM_STATE")),
-      skipTaskbar_(atom(connection, "_NET_WM_STATE_SKIP_TASKBAR")),
-      skipPager_(atom(connection, "_NET_WM_STATE_SKIP_PAGER")) {
+      managerCheck_(X11Server::atom(connection, "_NET_SUPPORTING_WM_CHECK")),
+      managedState_(X11Server::atom(connection, "WM_STATE")),
+      states_(X11Server::atom(connection, "_NET_WM_STATE")),
+      skipTaskbar_(X11Server::atom(connection, "_NET_WM_STATE_SKIP_TASKBAR")),
+      skipPager_(X11Server::atom(connection, "_NET_WM_STATE_SKIP_PAGER")) {
   again_.setSingleShot(true);
   QObject::connect(&again_, &QTimer::timeout, this, [this] { settleOpen(); });
 }

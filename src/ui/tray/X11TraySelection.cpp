@@ -2,26 +2,17 @@
 
 #include <cstdlib>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include <xcb/xcb.h>
 #include <QGuiApplication>
 #include <QTimer>
 
+#include "ui/system/X11Server.h"
+
 namespace quillmeter {
 
 namespace {
-
-using Free = decltype(&std::free);
-template <typename Reply>
-using Answer = std::unique_ptr<Reply, Free>;
-
-xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
-  const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-  const Answer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
-  return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
 
 // The number of the screen that the program was started on.
 int screenNumber() {
@@ -36,17 +27,17 @@ int screenNumber() {
 }  // namespace
 
 std::unique_ptr<X11TraySelection> X11TraySelection::ofApplication(std::function<void()> changed) {
-  auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (x11 == nullptr || x11->connection() == nullptr) return nullptr;
-  return std::unique_ptr<X11TraySelection>(new X11TraySelection(x11->connection(), screenNumber(), std::move(changed)));
+  xcb_connection_t* connection = X11Server::connection();
+  if (connection == nullptr) return nullptr;
+  return std::unique_ptr<X11TraySelection>(new X11TraySelection(connection, screenNumber(), std::move(changed)));
 }
 
 X11TraySelection::X11TraySelection(xcb_connection_t* connection, int screen, std::function<void()> changed)
     : connection_(connection),
       changed_(std::move(changed)),
-      selection_(atom(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screen))),
-      manager_(atom(connection, "MANAGER")),
-      colors_(atom(connection, "_NET_SYSTEM_TRAY_COLORS")) {
+      selection_(X11Server::atom(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screen))),
+      manager_(X11Server::atom(connection, "MANAGER")),
+      colors_(X11Server::atom(connection, "_NET_SYSTEM_TRAY_COLORS")) {
   qApp->installNativeEventFilter(this);
   look();
 }
@@ -55,18 +46,11 @@ X11TraySelection::~X11TraySelection() {
   qApp->removeNativeEventFilter(this);
 }
 
-std::uint32_t X11TraySelection::owner() const {
-  const Answer<xcb_get_selection_owner_reply_t> reply(
-      xcb_get_selection_owner_reply(connection_, xcb_get_selection_owner(connection_, selection_), nullptr),
-      &std::free);
-  return reply ? reply->owner : 0;
-}
-
 void X11TraySelection::look() {
   do {  // a tray that ended before its events were asked for says nothing any more
-    tray_ = owner();
+    tray_ = X11Server::selectionOwner(connection_, selection_);
     listen();
-  } while (owner() != tray_);
+  } while (X11Server::selectionOwner(connection_, selection_) != tray_);
   foreground_ = readForeground();
 }
 
@@ -81,7 +65,8 @@ std::optional<TrayForeground> X11TraySelection::readForeground() const {
   if (tray_ == 0) return std::nullopt;
   constexpr std::uint32_t values = 12;  // of four colours, the text's first
   const auto cookie = xcb_get_property(connection_, 0, tray_, colors_, XCB_ATOM_CARDINAL, 0, values);
-  const Answer<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie, nullptr), &std::free);
+  const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+      xcb_get_property_reply(connection_, cookie, nullptr), &std::free);
   if (!reply || reply->format != 32 || reply->value_len < 3) return std::nullopt;
   const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
   return TrayForeground{first[0], first[1], first[2]};

@@ -31,7 +31,6 @@ class X11TraySelection final : public QObject, public QAbstractNativeEventFilter
 
  private:
   X11TraySelection(xcb_connection_t* connection, int screen, std::function<void()> changed);
-  std::uint32_t owner() const;
   void look();
   void lookSoon();
   std::optional<TrayForeground> readForeground() const;
