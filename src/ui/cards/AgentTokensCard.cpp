@@ -22,6 +22,7 @@
 #include "ui/widgets/Chooser.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/SegmentedControl.h"
+#include "ui/widgets/WidgetAccessibility.h"
 
 namespace quillmeter {
 
@@ -230,8 +231,7 @@ void AgentTokensCard::showUsage(const AgentUsageSnapshot& agents, AgentUsageRang
     return isKnown ? qtText(MetricFormatter::tokens(count)) : QStringLiteral("—");
   };
   total_->setText(text(metrics.totalTokens));
-  const QString accessible = QStringLiteral("%1 %2 Token").arg(qtText(title(range)), total_->text());
-  if (total_->accessibleName() != accessible) total_->setAccessibleName(accessible);
+  WidgetAccessibility::setName(*total_, QStringLiteral("%1 %2 Token").arg(qtText(title(range)), total_->text()));
   if (facts_ != nullptr) {
     facts_->setValue(input_, text(metrics.inputTokens));
     facts_->setValue(output_, text(metrics.outputTokens));

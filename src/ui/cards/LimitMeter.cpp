@@ -11,6 +11,7 @@
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/LevelBar.h"
 #include "ui/widgets/RingGauge.h"
+#include "ui/widgets/WidgetAccessibility.h"
 
 namespace quillmeter {
 
@@ -128,7 +129,7 @@ void LimitMeter::show(std::optional<double> used, std::optional<Date> resetAt, D
     ring_->setTint(tint);
     ring_->setFraction(shown);
     ring_->setText(text);
-    ring_->setAccessibleName(title_->text());
+    WidgetAccessibility::setName(*ring_, title_->text());
     caption_->setText(shown && resetAt ? qtText(QM_TR("距重置")) : QString());
     clock_->setText(used && resetAt ? clockText(*resetAt, now, calendar) : QString());
     return;
@@ -137,8 +138,7 @@ void LimitMeter::show(std::optional<double> used, std::optional<Date> resetAt, D
   level_->setFraction(shown);
   figure_->setTone(isOver ? TextTone::tertiary : toneOf(fraction));
   figure_->setText(text);
-  const QString accessible = QStringLiteral("%1 %2").arg(title_->text(), text);
-  if (figure_->accessibleName() != accessible) figure_->setAccessibleName(accessible);
+  WidgetAccessibility::setName(*figure_, QStringLiteral("%1 %2").arg(title_->text(), text));
 }
 
 }  // namespace quillmeter

@@ -9,6 +9,7 @@
 #include "ui/theme/QtText.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/Sparkline.h"
+#include "ui/widgets/WidgetAccessibility.h"
 
 namespace quillmeter {
 
@@ -73,9 +74,8 @@ void NetworkCard::retranslate() {
 
 void NetworkCard::show(const Rate& rate, const QString& name, const std::string& value) {
   if (rate.label != nullptr) rate.label->setText(name);
-  const QString accessible = QStringLiteral("%1 %2").arg(name, qtText(value));
   rate.value->setText(qtText(value));
-  if (rate.value->accessibleName() != accessible) rate.value->setAccessibleName(accessible);
+  WidgetAccessibility::setName(*rate.value, QStringLiteral("%1 %2").arg(name, rate.value->text()));
 }
 
 void NetworkCard::refresh() {

@@ -7,6 +7,7 @@
 #include "ui/theme/QtText.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/SymbolView.h"
+#include "ui/widgets/WidgetAccessibility.h"
 
 namespace quillmeter {
 
@@ -50,7 +51,8 @@ void SessionLine::show(const AgentActivitySession& session, Date now) {
   tokens_->setText(qtText(MetricFormatter::tokens(session.totalTokens)));
   age_->setText(qtText(ageText(session.lastActivity, now)));
   age_->setWidestText(qtText(MetricFormatter::relative(Date{}, Date::fromWholeSeconds(240))));
-  setAccessibleName(QStringLiteral("%1 %2 Token %3").arg(agent_->text(), tokens_->text(), age_->text()));
+  WidgetAccessibility::setName(
+      *this, QStringLiteral("%1 %2 Token %3").arg(agent_->text(), tokens_->text(), age_->text()));
   setVisible(true);
 }
 

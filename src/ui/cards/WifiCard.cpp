@@ -12,6 +12,7 @@
 #include "ui/theme/ThemeColors.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/SymbolView.h"
+#include "ui/widgets/WidgetAccessibility.h"
 
 namespace quillmeter {
 
@@ -108,8 +109,7 @@ void WifiCard::showSignal(const QuickStatusSnapshot& quick) {
   bars_->setVisible(quick.wifiRSSI.has_value());
   if (!quick.wifiRSSI) return;
   bars_->setLevel(signalLevel(*quick.wifiRSSI), ThemeColors::of(palette()).tint(quillmeter::tint(kind())));
-  const QString accessible = QStringLiteral("%1 %2").arg(qtText(QM_TR("信号")), signalText(quick));
-  if (bars_->accessibleName() != accessible) bars_->setAccessibleName(accessible);
+  WidgetAccessibility::setName(*bars_, QStringLiteral("%1 %2").arg(qtText(QM_TR("信号")), signalText(quick)));
 }
 
 void WifiCard::showFacts(const QuickStatusSnapshot& quick) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QHoverEvent>
 #include <QKeyEvent>
@@ -67,10 +66,6 @@ void CardHandles::retranslate() {
       qtText(L10n::format(QM_TR("%@，%@，第 %d 张，共 %d 张"), {title(kind_), isSmall ? QM_TR("小") : QM_TR("大"),
                                                                 std::to_string(place_), std::to_string(count_)})));
   setAccessibleDescription(qtText(QM_TR("Ctrl 加方向键移动，回车改变大小，Delete 隐藏")));
-  if (QAccessible::isActive()) {
-    QAccessibleEvent renamed(this, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&renamed);
-  }
 }
 
 void CardHandles::changeEvent(QEvent* event) {

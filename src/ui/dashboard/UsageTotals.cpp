@@ -9,6 +9,7 @@
 #include "preferences/MonitorComponentKind.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/FigureLabel.h"
+#include "ui/widgets/WidgetAccessibility.h"
 
 namespace quillmeter {
 
@@ -19,7 +20,7 @@ constexpr std::array<const char*, 5> partNames = {"input", "output", "cached", "
 
 void setFigure(FigureLabel& value, const FigureLabel& label, const QString& text) {
   value.setText(text);
-  value.setAccessibleName(QStringLiteral("%1 %2").arg(label.text(), text));
+  WidgetAccessibility::setName(value, QStringLiteral("%1 %2").arg(label.text(), text));
 }
 
 }  // namespace

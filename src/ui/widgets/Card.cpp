@@ -88,7 +88,7 @@ Card::Header& Card::header() {
 void Card::setHeader(std::string symbol, std::string tint, const QString& title) {
   tint_ = std::move(tint);
   header().show(std::move(symbol), tint_, title);
-  setAccessibleName(title);
+  WidgetAccessibility::setName(*this, title);
 }
 
 void Card::setHeaderNote(const QString& note) {

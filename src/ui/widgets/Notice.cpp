@@ -84,7 +84,7 @@ void Notice::show(Kind kind, const QString& text) {
   symbol_->setSymbol(symbolOf(kind));
   adopt();
   text_->setText(text);
-  setAccessibleName(text);
+  WidgetAccessibility::setName(*this, text);
   setVisible(true);
   if (!isNew) return;
   update();
