@@ -205,7 +205,8 @@ void AgentsPage::showFeedback() {
 
 void AgentsPage::showUsage(const AgentUsageSnapshot& agents, AgentUsageRange range) {
   totals_->setTitle(qtText(title(range)));
-  totals_->setMetrics(agents.metrics(range));
+  const bool isKnown = agents.lastUpdated > Date::distantPast();
+  totals_->setMetrics(isKnown ? std::optional(agents.metrics(range)) : std::nullopt);
   course_->setHeader("chart.bar.fill", named(quillmeter::tint(Kind::agentTokens)), qtText(courseTitle(range)));
   showUsageBars(*chart_, agents, range, services_);
 }

@@ -74,13 +74,17 @@ void UsageTotals::resizeEvent(QResizeEvent* event) {
   Card::resizeEvent(event);
 }
 
-void UsageTotals::setMetrics(const AgentTokenMetrics& metrics) {
-  const auto tokens = [](std::int64_t count) { return qtText(MetricFormatter::tokens(count)); };
-  const auto rate = metrics.cacheHitRate();
-  const std::array<QString, 5> texts = {tokens(metrics.inputTokens), tokens(metrics.outputTokens),
-                                        tokens(metrics.cachedTokens), QString::number(metrics.sessionCount),
-                                        rate ? qtText(MetricFormatter::percent(*rate)) : QStringLiteral("—")};
-  setFigure(*total_.value, *total_.label, tokens(metrics.totalTokens));
+void UsageTotals::setMetrics(const std::optional<AgentTokenMetrics>& metrics) {
+  const QString unknown = QStringLiteral("—");
+  const auto tokens = [&](std::int64_t AgentTokenMetrics::*count) {
+    return metrics ? qtText(MetricFormatter::tokens((*metrics).*count)) : unknown;
+  };
+  const auto rate = metrics ? metrics->cacheHitRate() : std::nullopt;
+  const std::array<QString, 5> texts = {
+      tokens(&AgentTokenMetrics::inputTokens), tokens(&AgentTokenMetrics::outputTokens),
+      tokens(&AgentTokenMetrics::cachedTokens), metrics ? QString::number(metrics->sessionCount) : unknown,
+      rate ? qtText(MetricFormatter::percent(*rate)) : unknown};
+  setFigure(*total_.value, *total_.label, tokens(&AgentTokenMetrics::totalTokens));
   for (std::size_t i = 0; i < parts_.size(); ++i) setFigure(*parts_[i].value, *parts_[i].label, texts[i]);
 }
 

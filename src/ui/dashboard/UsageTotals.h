@@ -14,7 +14,8 @@ class FigureLabel;
 class UsageTotals final : public Card {
  public:
   explicit UsageTotals(QWidget* parent);
-  void setMetrics(const AgentTokenMetrics& metrics);
+  // Absent while nothing has been counted.
+  void setMetrics(const std::optional<AgentTokenMetrics>& metrics);
   // The range's name.
   void setTitle(const QString& title);
 

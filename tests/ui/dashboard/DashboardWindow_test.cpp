@@ -138,10 +138,12 @@ TEST_F(Dashboard, theAgentsTableSaysEachState) {
 }
 
 TEST_F(Dashboard, theAgentsPageFollowsTheRangeAndTheMasterSwitch) {
+  services_.set("navigation.dashboardDestination", std::string("agents"));
+  window_ = std::make_unique<DashboardWindow>(services_.ui);
+  EXPECT_EQ(text("dashboard.agents.totals.total"), "—") << "before the first scan";
   services_.start();
   services_.addUsage(AgentLogProvider::codex, "s", {1'200, 900, 100, 200, 0}, services_.today(14, 20));
   services_.scanAgents();
-  services_.set("navigation.dashboardDestination", std::string("agents"));
   open();
   EXPECT_EQ(text("dashboard.agents.totals.total"), "1.2K");
   services_.setByAnotherProgram("navigation.agentUsageRange", std::string("month"));
