@@ -8,7 +8,6 @@
 #include "base/FileOpener.h"
 #include "base/Iso8601.h"
 #include "base/L10n.h"
-#include "ctl/AgentNote.h"
 #include "ctl/ScanProgressLine.h"
 #include "ctl/TextTable.h"
 
@@ -50,7 +49,7 @@ std::string findingText(const AgentProviderUsage* usage) {
   const std::string found =
       usage->isDetected ? L10n::format(QM_TR("本月 %d 个会话"), {std::to_string(usage->monthMetrics.sessionCount)})
                         : QM_TR("本月没有日志");
-  const std::string note = agentNote(*usage);
+  const std::string note = usage->note();
   return note.empty() ? found : found + " · " + note;
 }
 
@@ -127,7 +126,7 @@ void AgentsCommand::printTable(const std::vector<AgentOverview>& agents, const F
     const bool broken = agent.connection == AgentConnection::unusable;
     const auto found = findings.find(agent.provider);
     const AgentProviderUsage* usage = found == findings.end() ? nullptr : &found->second;
-    const bool incomplete = usage != nullptr && usage->unreadableSourceCount.value_or(0) > 0;
+    const bool incomplete = usage != nullptr && usage->isIncomplete();
     const TextStyle style = connected ? TextStyle::plain : broken ? TextStyle::warning : TextStyle::dim;
     table.addRow({{title(agent.provider), TextStyle::bold},
                   {std::string(rawValue(agent.provider))},

@@ -8,7 +8,6 @@
 
 #include "base/L10n.h"
 #include "core/model/MetricFormatter.h"
-#include "ctl/AgentNote.h"
 #include "ctl/AgentOverview.h"
 #include "ctl/BarChart.h"
 #include "ctl/TextTable.h"
@@ -69,7 +68,7 @@ std::string noteFor(const AgentProviderUsage& usage, const UsageReportInput& inp
   const auto source =
       std::ranges::find(input.sources, usage.id, [](const AgentLogSource& s) { return rawValue(s.provider); });
   if (source != input.sources.end() && !source->location) return QM_TR("未连接文件夹");
-  return agentNote(usage);
+  return usage.note();
 }
 
 void printAgents(Console& console, const UsageReportInput& input) {
@@ -108,8 +107,7 @@ void printBars(Console& console, const UsageReportInput& input) {
   }
   bars.resize(count);
   if (bars.empty()) return;
-  const bool hourly = input.range == AgentUsageRange::today;
-  printSection(console, L10n::format(hourly ? QM_TR("%@，每小时") : QM_TR("%@，每天"), {title(input.range)}));
+  printSection(console, courseTitle(input.range));
   printBarChart(console, bars);
 }
 

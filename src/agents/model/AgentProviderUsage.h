@@ -25,6 +25,9 @@ struct AgentProviderUsage {
   std::optional<std::int64_t> unreadableSourceCount;
 
   const AgentTokenMetrics& metrics(AgentUsageRange range) const;
+  bool isIncomplete() const { return unreadableSourceCount.value_or(0) > 0; }
+  // What has to be said beside the figures; empty for most.
+  std::string note() const;
 
   friend bool operator==(const AgentProviderUsage&, const AgentProviderUsage&) = default;
 };

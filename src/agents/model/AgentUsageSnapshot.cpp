@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
+#include "access/model/AgentLogProvider.h"
 #include "base/Calendar.h"
+#include "base/L10n.h"
 
 namespace quillmeter {
 
@@ -32,6 +34,15 @@ bool AgentActivitySession::isActive(Date now) const {
 
 const AgentTokenMetrics& AgentProviderUsage::metrics(AgentUsageRange range) const {
   return metricsOf(*this, range);
+}
+
+std::string AgentProviderUsage::note() const {
+  if (isIncomplete()) return L10n::format(QM_TR("%d 个来源无法读取"), {std::to_string(*unreadableSourceCount)});
+  const bool withoutFigures = isDetected && monthMetrics.totalTokens == 0 && weekMetrics.totalTokens == 0;
+  if (withoutFigures && id == rawValue(AgentLogProvider::qwenOffice)) {
+    return QM_TR("已读取日志 · 千问暂未提供 Token 数字");
+  }
+  return {};
 }
 
 const AgentTokenMetrics& AgentUsageSnapshot::metrics(AgentUsageRange range) const {

@@ -39,8 +39,7 @@ std::string AgentRow::stateText() const {
     case State::notFound:
       return QM_TR("未找到");
   }
-  if (unreadableSources > 0) return L10n::format(QM_TR("%d 个来源无法读取"), {std::to_string(unreadableSources)});
-  if (hasNoFigures) return QM_TR("已读取日志 · 千问暂未提供 Token 数字");
+  if (!note.empty()) return note;
   return metrics && !hasLogs ? QM_TR("本月没有日志") : QM_TR("已连接");
 }
 
@@ -55,10 +54,9 @@ std::vector<AgentRow> agentRows(const UiServices& services, AgentUsageRange rang
     if (usage == usages.end() || row.state != State::connected) continue;
     row.metrics = usage->metrics(range);
     row.lastActivity = usage->lastActivity;
-    row.unreadableSources = usage->unreadableSourceCount.value_or(0);
+    row.isIncomplete = usage->isIncomplete();
     row.hasLogs = usage->isDetected;
-    row.hasNoFigures = provider == AgentLogProvider::qwenOffice && usage->isDetected &&
-                       usage->monthMetrics.totalTokens == 0 && usage->weekMetrics.totalTokens == 0;
+    row.note = usage->note();
   }
   return rows;
 }

@@ -17,9 +17,9 @@ struct AgentRow {
   State state = State::notFound;
   std::optional<AgentTokenMetrics> metrics;  // absent while it is not counted
   std::optional<Date> lastActivity;
-  std::int64_t unreadableSources = 0;
-  bool hasNoFigures = false;  // its logs are read but hold no token counts
+  bool isIncomplete = false;  // some of its sources could not be read
   bool hasLogs = false;
+  std::string note;
   friend bool operator==(const AgentRow&, const AgentRow&) = default;
 
   std::string stateText() const;
