@@ -1,18 +1,21 @@
 #include "ui/cards/AgentCardState.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 
 #include <fmt/format.h>
 
 #include "access/model/AgentLogProvider.h"
 #include "base/L10n.h"
+#include "core/model/MetricFormatter.h"
 
 namespace quillmeter {
 
 namespace {
 
 constexpr std::int64_t minutesPerDay = 24 * 60;
+constexpr double secondsPerMinute = 60;
 
 std::int64_t minuteOf(Date date) {
   return date.microseconds / (60 * Date::microsecondsPerSecond);
@@ -62,6 +65,11 @@ std::optional<std::string> timeLeftText(Date resetAt, Date now) {
   const std::string clock = twoDigits(minutes / 60 % 24) + ":" + twoDigits(minutes % 60);
   if (minutes < minutesPerDay) return clock;
   return L10n::format(QM_TR("%d 天 %@"), {std::to_string(minutes / minutesPerDay), clock});
+}
+
+std::string ageText(Date lastActivity, Date now) {
+  const bool isFresh = std::abs(now.secondsSince(lastActivity)) < secondsPerMinute;
+  return MetricFormatter::relative(lastActivity, isFresh ? lastActivity : now);
 }
 
 }  // namespace quillmeter

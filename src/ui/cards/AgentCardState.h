@@ -25,4 +25,8 @@ AgentCardState codexCardState(const AgentUsageSnapshot& snapshot, bool monitorin
 // Absent when the moment is over.
 std::optional<std::string> timeLeftText(Date resetAt, Date now);
 
+// How long ago something was used, in whole minutes: a second more or less says nothing here, and would have to be
+// counted.
+std::string ageText(Date lastActivity, Date now);
+
 }  // namespace quillmeter

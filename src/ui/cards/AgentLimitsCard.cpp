@@ -8,7 +8,6 @@
 #include "base/Clock.h"
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
-#include "core/model/MetricFormatter.h"
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
 #include "ui/AppActions.h"
@@ -21,16 +20,14 @@ namespace quillmeter {
 
 namespace {
 
-constexpr double secondsPerMinute = 60;
 constexpr double slackSeconds = 0.05;  // a timer may come a moment early, the minute would still be the old one
 constexpr std::int64_t microsecondsPerMinute = 60 * Date::microsecondsPerSecond;
 
-// How old the newest usage of Codex is, in whole minutes; the windows were observed with it.
+// How old the newest usage of Codex is; the windows were observed with it.
 std::optional<std::string> activityAge(const AgentUsageSnapshot& agents, Date now) {
   const auto codex = std::ranges::find(agents.providers, rawValue(AgentLogProvider::codex), &AgentProviderUsage::id);
   if (codex == agents.providers.end() || !codex->lastActivity) return std::nullopt;
-  const bool isFresh = now.secondsSince(*codex->lastActivity) < secondsPerMinute;
-  return MetricFormatter::relative(*codex->lastActivity, isFresh ? *codex->lastActivity : now);
+  return ageText(*codex->lastActivity, now);
 }
 
 }  // namespace

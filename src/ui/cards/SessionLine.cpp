@@ -4,6 +4,7 @@
 
 #include "access/model/AgentLogProvider.h"
 #include "core/model/MetricFormatter.h"
+#include "ui/cards/AgentCardState.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/SymbolView.h"
@@ -14,13 +15,6 @@ namespace quillmeter {
 namespace {
 
 constexpr int symbolPoints = 16;
-constexpr double secondsPerMinute = 60;
-
-// A second more or less says nothing here, and would have to be counted.
-std::string ageText(Date lastActivity, Date now) {
-  const bool isFresh = now.secondsSince(lastActivity) < secondsPerMinute;
-  return MetricFormatter::relative(lastActivity, isFresh ? lastActivity : now);
-}
 
 }  // namespace
 
@@ -51,8 +45,8 @@ void SessionLine::show(const AgentActivitySession& session, Date now) {
   tokens_->setText(qtText(MetricFormatter::tokens(session.totalTokens)));
   age_->setText(qtText(ageText(session.lastActivity, now)));
   age_->setWidestText(qtText(MetricFormatter::relative(Date{}, Date::fromWholeSeconds(240))));
-  WidgetAccessibility::setName(
-      *this, QStringLiteral("%1 %2 Token %3").arg(agent_->text(), tokens_->text(), age_->text()));
+  WidgetAccessibility::setName(*this,
+                               QStringLiteral("%1 %2 Token %3").arg(agent_->text(), tokens_->text(), age_->text()));
   setVisible(true);
 }
 

@@ -4,6 +4,7 @@
 
 #include "base/L10n.h"
 #include "core/model/MetricFormatter.h"
+#include "ui/cards/AgentCardState.h"
 #include "ui/theme/QtText.h"
 
 namespace quillmeter {
@@ -37,7 +38,7 @@ QString metricText(const AgentTokenMetrics& metrics, int column) {
 void AgentTableModel::setRows(std::vector<AgentRow> rows, Date now) {
   std::vector<QString> activity;
   for (const AgentRow& row : rows) {
-    activity.push_back(row.lastActivity ? qtText(MetricFormatter::relative(*row.lastActivity, now)) : unknown);
+    activity.push_back(row.lastActivity ? qtText(ageText(*row.lastActivity, now)) : unknown);
   }
   if (rows.size() != rows_.size()) {
     beginResetModel();
