@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <QDialog>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -19,16 +20,45 @@ constexpr const char* dialogName = "screenTime.clearDialog";
 constexpr const char* dangerTint = "E5484D";
 constexpr int textWidth = 320;
 
-QLayout* makeMessage(QDialog* dialog) {
-  auto* symbol = new SymbolView("trash", dangerTint, 20, dialog);
+class ClearRecordDialog final : public QDialog {
+ public:
+  explicit ClearRecordDialog(QWidget* page);
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  QLayout* makeMessage();
+  QLayout* makeButtons();
+  void retranslate();
+
+  Paragraph* title_ = nullptr;
+  Paragraph* text_ = nullptr;
+  QPushButton* clear_ = nullptr;
+  QPushButton* cancel_ = nullptr;
+};
+
+ClearRecordDialog::ClearRecordDialog(QWidget* page) : QDialog(page) {
+  setObjectName(dialogName);
+  setAttribute(Qt::WA_DeleteOnClose);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(22, 20, 22, 18);
+  column->setSpacing(18);
+  column->addLayout(makeMessage());
+  column->addLayout(makeButtons());
+  column->setSizeConstraint(QLayout::SetFixedSize);
+  retranslate();
+  cancel_->setFocus();
+}
+
+QLayout* ClearRecordDialog::makeMessage() {
+  auto* symbol = new SymbolView("trash", dangerTint, 20, this);
   symbol->setHasGround(true);
-  auto* title = new Paragraph(TextRole::heading, TextTone::primary, dialog);
-  title->setText(qtText(QM_TR("清除全部屏幕使用时间记录？")));
-  auto* text = new Paragraph(TextRole::body, TextTone::secondary, dialog);
-  text->setText(qtText(QM_TR("这台电脑上的记录会被删除，无法恢复。")));
+  title_ = new Paragraph(TextRole::heading, TextTone::primary, this);
+  text_ = new Paragraph(TextRole::body, TextTone::secondary, this);
   auto* texts = new QVBoxLayout;
   texts->setSpacing(4);
-  for (Paragraph* paragraph : {title, text}) {
+  for (Paragraph* paragraph : {title_, text_}) {
     paragraph->setMinimumWidth(textWidth);
     texts->addWidget(paragraph);
   }
@@ -39,36 +69,43 @@ QLayout* makeMessage(QDialog* dialog) {
   return message;
 }
 
+QLayout* ClearRecordDialog::makeButtons() {
+  clear_ = new QPushButton(this);
+  clear_->setObjectName("screenTime.clearDialog.clear");
+  clear_->setAutoDefault(false);
+  cancel_ = new QPushButton(this);
+  cancel_->setObjectName("screenTime.clearDialog.cancel");
+  cancel_->setDefault(true);
+  connect(clear_, &QPushButton::clicked, this, &QDialog::accept);
+  connect(cancel_, &QPushButton::clicked, this, &QDialog::reject);
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(10);
+  buttons->addStretch(1);
+  buttons->addWidget(clear_);
+  buttons->addWidget(cancel_);
+  return buttons;
+}
+
+void ClearRecordDialog::retranslate() {
+  setWindowTitle(qtText(QM_TR("清除记录")));
+  title_->setText(qtText(QM_TR("清除全部屏幕使用时间记录？")));
+  text_->setText(qtText(QM_TR("这台电脑上的记录会被删除，无法恢复。")));
+  setAccessibleDescription(text_->text());
+  clear_->setText(qtText(QM_TR("清除")));
+  cancel_->setText(qtText(QM_TR("取消")));
+}
+
+void ClearRecordDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) retranslate();
+}
+
 }  // namespace
 
 void openClearRecordDialog(QWidget* page, std::function<void()> confirmed) {
   if (page->findChild<QDialog*>(dialogName) != nullptr) return;
-  auto* dialog = new QDialog(page);
-  dialog->setObjectName(dialogName);
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setWindowTitle(qtText(QM_TR("清除记录")));
-  dialog->setAccessibleDescription(qtText(QM_TR("这台电脑上的记录会被删除，无法恢复。")));
-  auto* clear = new QPushButton(qtText(QM_TR("清除")), dialog);
-  clear->setObjectName("screenTime.clearDialog.clear");
-  clear->setAutoDefault(false);
-  auto* cancel = new QPushButton(qtText(QM_TR("取消")), dialog);
-  cancel->setObjectName("screenTime.clearDialog.cancel");
-  cancel->setDefault(true);
-  auto* buttons = new QHBoxLayout;
-  buttons->setSpacing(10);
-  buttons->addStretch(1);
-  buttons->addWidget(clear);
-  buttons->addWidget(cancel);
-  auto* column = new QVBoxLayout(dialog);
-  column->setContentsMargins(22, 20, 22, 18);
-  column->setSpacing(18);
-  column->addLayout(makeMessage(dialog));
-  column->addLayout(buttons);
-  column->setSizeConstraint(QLayout::SetFixedSize);
-  QObject::connect(clear, &QPushButton::clicked, dialog, &QDialog::accept);
-  QObject::connect(cancel, &QPushButton::clicked, dialog, &QDialog::reject);
+  auto* dialog = new ClearRecordDialog(page);
   QObject::connect(dialog, &QDialog::accepted, page, std::move(confirmed));
-  cancel->setFocus();
   dialog->open();
 }
 

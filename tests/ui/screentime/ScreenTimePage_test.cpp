@@ -224,6 +224,8 @@ TEST(ScreenTimePage, clearsOnlyAfterAskingAndThenExplainsItselfAgain) {
   opened.click("screenTime.clear");
   opened.click("screenTime.clear");
   EXPECT_EQ(opened.page.findChildren<QDialog*>().size(), 1);
+  opened.services.useLanguage("en");
+  EXPECT_EQ(opened.part<QAbstractButton>("screenTime.clearDialog.cancel").text().toStdString(), "Cancel");
   opened.click("screenTime.clearDialog.cancel");
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_EQ(opened.services.screenTime.spans().size(), 3U);
