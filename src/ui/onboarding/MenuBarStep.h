@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <functional>
 #include <vector>
 
@@ -8,7 +7,7 @@
 
 namespace quillmeter {
 
-class MenuBarStyleTile;
+class MenuBarStyleChooser;
 
 // How the item in the panel looks, chosen by pictures of the present figures.
 class MenuBarStep final : public OnboardingStep {
@@ -25,7 +24,7 @@ class MenuBarStep final : public OnboardingStep {
   void showChoice();
   void showPictures();
 
-  std::array<MenuBarStyleTile*, 4> tiles_{};
+  MenuBarStyleChooser* styles_ = nullptr;
   Paragraph* styleText_ = nullptr;
 };
 

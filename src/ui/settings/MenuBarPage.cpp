@@ -1,6 +1,5 @@
 #include "ui/settings/MenuBarPage.h"
 
-#include <QtWidgets/QGridLayout>
 #include <QtWidgets/QSlider>
 #include <QtWidgets/QVBoxLayout>
 
@@ -11,6 +10,7 @@
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
 #include "quickstatus/QuickStatusMonitor.h"
+#include "ui/settings/MenuBarStyleChooser.h"
 #include "ui/settings/MenuBarStylePictures.h"
 #include "ui/settings/SliderField.h"
 #include "ui/settings/SymbolChooser.h"
@@ -24,8 +24,8 @@ namespace quillmeter {
 
 namespace {
 
-constexpr std::array<MenuBarStyle, 4> styles = {MenuBarStyle::metrics, MenuBarStyle::systemTrio,
-                                                MenuBarStyle::resourceTrio, MenuBarStyle::symbol};
+constexpr std::array<MenuBarStyle, MenuBarStyleChooser::count> styles = {
+    MenuBarStyle::metrics, MenuBarStyle::systemTrio, MenuBarStyle::resourceTrio, MenuBarStyle::symbol};
 
 }  // namespace
 
@@ -40,19 +40,10 @@ MenuBarPage::MenuBarPage(const UiServices& services, QWidget* parent) : Settings
 }
 
 void MenuBarPage::buildStyles() {
-  constexpr int gap = 14;
-  auto* grid = new QGridLayout;
-  grid->setSpacing(gap);
-  for (std::size_t index = 0; index < styles.size(); ++index) {
-    const MenuBarStyle style = styles[index];
-    auto* tile = new MenuBarStyleTile(style, this);
-    tile->setObjectName("settings.menuBar.style." + qtText(rawValue(style)));
-    connect(tile, &QAbstractButton::clicked, this,
-            [this, style] { store(SettingsKeys::menuBarStyle.key, std::string(rawValue(style))); });
-    grid->addWidget(tile, static_cast<int>(index) / 2, static_cast<int>(index) % 2);
-    tiles_[index] = tile;
-  }
-  column()->addLayout(grid);
+  styles_ = new MenuBarStyleChooser(styles, "settings.menuBar.style");
+  styles_->setHandler(
+      [this](MenuBarStyle style) { store(SettingsKeys::menuBarStyle.key, std::string(rawValue(style))); });
+  column()->addWidget(styles_);
   styleText_ = new Paragraph(TextRole::caption, TextTone::secondary);
   styleText_->setObjectName("settings.menuBar.styleText");
   column()->addWidget(styleText_);
@@ -112,11 +103,7 @@ void MenuBarPage::buildSymbols() {
 
 void MenuBarPage::retranslate() {
   setPageTitle(qtText(QM_TR("菜单栏")));
-  for (MenuBarStyleTile* tile : tiles_) {
-    tile->setText(qtText(MenuBarStylePictures::title(tile->style())));
-    tile->setAccessibleName(qtText(MenuBarStylePictures::title(tile->style())));
-    tile->setAccessibleDescription(qtText(MenuBarStylePictures::text(tile->style())));
-  }
+  styles_->retranslate();
   metricGroup_->setTitle(qtText(QM_TR("数值")));
   metricRow_->setTitle(qtText(QM_TR("显示的数值")));
   std::vector<Chooser::Choice> metrics;
@@ -156,10 +143,7 @@ std::vector<Subscription> MenuBarPage::subscribe(std::function<void()>) {
 
 void MenuBarPage::refresh() {
   const MenuBarStyle style = chosenMenuBarStyle(services().preferences);
-  for (MenuBarStyleTile* tile : tiles_) {
-    tile->setFocusPolicy(tile->style() == style ? Qt::StrongFocus : Qt::ClickFocus);
-    if (tile->style() == style) tile->setChecked(true);
-  }
+  styles_->setChosen(style);
   std::string text = MenuBarStylePictures::text(style);
   if (MenuBarStylePictures::hasRings(style)) {
     text.append("\n").append(QM_TR("充电时显示闪电，接通电源时显示插头；网络断开时优先显示网络状态。"));
@@ -195,10 +179,7 @@ CompactIconOptions MenuBarPage::shownOptions() const {
 }
 
 void MenuBarPage::showPictures() {
-  const CompactIconOptions options = shownOptions();
-  for (MenuBarStyleTile* tile : tiles_) {
-    tile->show(MenuBarStylePictures::picture(tile->style(), services(), options, devicePixelRatioF()));
-  }
+  styles_->showPictures(services(), shownOptions());
 }
 
 }  // namespace quillmeter

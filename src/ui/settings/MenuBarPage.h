@@ -1,17 +1,16 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <vector>
 
 #include "menubar/model/CompactIconOptions.h"
 #include "menubar/model/MenuBarStyle.h"
-#include "ui/settings/MenuBarStyleTile.h"
 #include "ui/settings/SettingsPage.h"
 
 namespace quillmeter {
 
 class Chooser;
+class MenuBarStyleChooser;
 class SettingRow;
 class SettingsGroup;
 class SliderField;
@@ -40,7 +39,7 @@ class MenuBarPage final : public SettingsPage {
   // As stored, but for the slider that is being dragged.
   CompactIconOptions shownOptions() const;
 
-  std::array<MenuBarStyleTile*, 4> tiles_{};
+  MenuBarStyleChooser* styles_ = nullptr;
   Paragraph* styleText_ = nullptr;
   SettingsGroup* metricGroup_ = nullptr;
   Chooser* metric_ = nullptr;
