@@ -7,6 +7,7 @@
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QVBoxLayout>
 
 #include "base/L10n.h"
 #include "ui/AppActions.h"

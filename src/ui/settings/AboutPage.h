@@ -6,9 +6,7 @@ class QPushButton;
 
 namespace quillmeter {
 
-class Card;
 class FigureLabel;
-class Notice;
 class SettingRow;
 class SettingsGroup;
 

@@ -7,6 +7,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include "base/L10n.h"
+#include "ui/settings/CapitalizedText.h"
 #include "ui/settings/PathLabel.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/FigureLabel.h"
@@ -14,16 +15,6 @@
 #include "ui/widgets/ToggleSwitch.h"
 
 namespace quillmeter {
-
-namespace {
-
-QString capitalized(std::string_view text) {
-  QString shown = qtText(text);
-  if (!shown.isEmpty()) shown[0] = shown[0].toUpper();
-  return shown;
-}
-
-}  // namespace
 
 AgentSettingRow::AgentSettingRow(AgentLogProvider provider, Handlers handlers, QWidget* parent)
     : QWidget(parent), provider_(provider), handlers_(std::move(handlers)) {
@@ -103,16 +94,16 @@ void AgentSettingRow::show(const State& state) {
 void AgentSettingRow::showFolderState(AgentFolderState state) {
   switch (state) {
     case AgentFolderState::connected:
-      state_->setText(capitalized(QM_TR("已连接")));
+      state_->setText(capitalizedText(QM_TR("已连接")));
       return state_->setTone(TextTone::success);
     case AgentFolderState::found:
-      state_->setText(capitalized(QM_TR("已找到，未连接")));
+      state_->setText(capitalizedText(QM_TR("已找到，未连接")));
       return state_->setTone(TextTone::accent);
     case AgentFolderState::notFound:
-      state_->setText(capitalized(QM_TR("未找到")));
+      state_->setText(capitalizedText(QM_TR("未找到")));
       return state_->setTone(TextTone::tertiary);
     case AgentFolderState::unusable:
-      state_->setText(capitalized(QM_TR("文件夹无法读取，请重新连接")));
+      state_->setText(capitalizedText(QM_TR("文件夹无法读取，请重新连接")));
       return state_->setTone(TextTone::danger);
   }
 }

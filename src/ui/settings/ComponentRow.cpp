@@ -12,6 +12,7 @@
 
 #include "base/L10n.h"
 #include "menubar/SymbolPainter.h"
+#include "ui/settings/CapitalizedText.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
@@ -27,12 +28,6 @@ namespace {
 constexpr int margin = 16;
 constexpr int gripEdge = 14;
 constexpr int gap = 12;
-
-QString capitalized(std::string_view text) {
-  QString shown = qtText(text);
-  if (!shown.isEmpty()) shown[0] = shown[0].toUpper();
-  return shown;
-}
 
 const std::string smallId = "small";
 const std::string largeId = "large";
@@ -109,7 +104,7 @@ void ComponentRow::retranslate() {
   const auto second = subtitle(kind_);
   subtitle_->setText(qtText(second.value_or("")));
   subtitle_->setVisible(second.has_value());
-  size_->setSegments({{smallId, capitalized(QM_TR("小"))}, {largeId, capitalized(QM_TR("大"))}});
+  size_->setSegments({{smallId, capitalizedText(QM_TR("小"))}, {largeId, capitalizedText(QM_TR("大"))}});
   size_->setAccessibleName(qtText(L10n::format(QM_TR("%@ 的大小"), {title(kind_)})));
   switch_->setAccessibleName(qtText(L10n::format(QM_TR("显示 %@"), {title(kind_)})));
   showName();

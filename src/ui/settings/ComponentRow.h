@@ -35,7 +35,6 @@ class ComponentRow final : public QWidget {
   void show(const DashboardCardConfig& card, int place, int count);
   using QWidget::show;
   void setDragged(bool isDragged);
-  bool isDragged() const { return isDragged_; }
   void setHasSeparator(bool hasSeparator);
   void retranslate();
 

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <functional>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include <QWidget>
 
