@@ -19,10 +19,6 @@ namespace {
 
 constexpr int markPoints = 16;
 
-std::string hexOf(const QColor& color) {
-  return color.name(QColor::HexRgb).mid(1).toStdString();
-}
-
 QString capacityText(const SystemSnapshot& system) {
   if (!system.batteryFullChargeCapacity) return {};
   const std::string full = std::to_string(*system.batteryFullChargeCapacity);
@@ -64,14 +60,15 @@ void BatteryCard::retranslate() {
 void BatteryCard::refresh() {
   const SystemSnapshot& system = services().store.system();
   const bool hasBattery = system.batteryLevel || system.batteryState != "—";
-  const QColor color = CompactStatusRenderer::batteryColor(system.batteryLevel, ThemeColors::of(palette()).dark);
-  body_->setTint(hexOf(color));
+  const bool isDark = ThemeColors::of(palette()).dark;
+  const std::string tint = hexText(CompactStatusRenderer::batteryColor(system.batteryLevel, isDark));
+  body_->setTint(tint);
   body_->setMeasurable(hasBattery);
   body_->setFraction(system.batteryLevel, system.batteryLevel ? qtText(MetricFormatter::percent(*system.batteryLevel))
                                                               : QStringLiteral("—"));
   power_->setVisible(system.batteryIsCharging || system.batteryACPowered);
   power_->setSymbol(system.batteryIsCharging ? "bolt.fill" : "powerplug.fill");
-  power_->setTint(hexOf(color));
+  power_->setTint(tint);
   const bool showsTime = form() == CardForm::compact && system.batteryTime != "—";
   body_->setNote(qtText(!hasBattery || showsTime ? system.batteryTime : system.batteryState));
   showFacts();

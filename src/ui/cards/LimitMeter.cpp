@@ -29,8 +29,7 @@ TextTone toneOf(double fraction) {
 std::string tintOf(double fraction, const std::string& usual, const QPalette& palette) {
   const ThemeColors& colors = ThemeColors::of(palette);
   if (fraction < warningFraction) return usual;
-  const QColor& color = fraction >= dangerFraction ? colors.danger : colors.warning;
-  return color.name(QColor::HexRgb).mid(1).toStdString();
+  return hexText(fraction >= dangerFraction ? colors.danger : colors.warning);
 }
 
 // "14:30", with the day before it where that is another one.

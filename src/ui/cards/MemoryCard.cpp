@@ -9,6 +9,7 @@
 #include "ui/cards/GaugeBody.h"
 #include "ui/cards/SweepOverlay.h"
 #include "ui/theme/QtText.h"
+#include "ui/theme/Shapes.h"
 #include "ui/widgets/Paragraph.h"
 #include "ui/widgets/SymbolButton.h"
 
@@ -16,7 +17,6 @@ namespace quillmeter {
 
 namespace {
 
-constexpr double cardRadius = 14;
 constexpr int headerHeight = 28;
 
 }  // namespace
@@ -27,7 +27,7 @@ MemoryCard::MemoryCard(DashboardCardSize size, ComponentPlacement placement, con
       body_(new GaugeBody(form(), GaugeBody::Graphic::history, objectName(), this)),
       clean_(new SymbolButton("sparkle", this)),
       message_(new Paragraph(TextRole::caption, TextTone::secondary, this)),
-      sweep_(new SweepOverlay(std::string(quillmeter::tint(kind())), cardRadius, this)) {
+      sweep_(new SweepOverlay(std::string(quillmeter::tint(kind())), Shapes::cardRadius, this)) {
   body_->setTint(std::string(quillmeter::tint(kind())));
   name(clean_, "clean");
   name(message_, "message");

@@ -4,6 +4,7 @@
 
 #include "menubar/SymbolPainter.h"
 #include "menubar/TabularText.h"
+#include "preferences/MonitorComponentKind.h"
 #include "ui/dashboard/AgentTableModel.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
@@ -46,7 +47,8 @@ const AgentRow& rowOf(const QModelIndex& index) {
 
 void paintName(QPainter& painter, const QRect& cell, const AgentRow& row, const ThemeColors& colors) {
   const bool isCounted = row.state == AgentRow::State::connected;
-  const QColor tint = isCounted ? colors.tint("FF6B5E") : colors.secondaryText;
+  const QColor tint =
+      isCounted ? colors.tint(quillmeter::tint(MonitorComponentKind::agentTokens)) : colors.secondaryText;
   QColor groundColor = tint;
   groundColor.setAlphaF(0.14F);
   const QRectF ground(cell.left() + inset, cell.center().y() + 0.5 - groundEdge / 2.0, groundEdge, groundEdge);

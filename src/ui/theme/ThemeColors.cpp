@@ -161,6 +161,10 @@ double contrastRatio(const QColor& first, const QColor& second) {
   return (lighter + 0.05) / (darker + 0.05);
 }
 
+std::string hexText(const QColor& color) {
+  return color.name(QColor::HexRgb).mid(1).toUpper().toStdString();
+}
+
 QColor mixed(const QColor& under, const QColor& over, double share) {
   const auto channel = [share](int from, int to) { return static_cast<int>(std::lround(from + (to - from) * share)); };
   return {channel(under.red(), over.red()), channel(under.green(), over.green()), channel(under.blue(), over.blue())};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include <QColor>
@@ -45,6 +46,8 @@ struct ThemeColors {
 
 // The relation of luminances, 1 ... 21, that says how legible one opaque colour is on another.
 double contrastRatio(const QColor& first, const QColor& second);
+// As tints are written: "4C8DFF".
+std::string hexText(const QColor& color);
 // So much (0 ... 1) of `over` laid on `under`; opaque.
 QColor mixed(const QColor& under, const QColor& over, double share);
 
