@@ -8,7 +8,6 @@
 
 #include "agents/adapters/AgentUsageAdapters.h"
 #include "app/ProgramPath.h"
-#include "app/StoredLanguage.h"
 #include "platform/linux/KernelVersion.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/qt/QtDescriptorWatcher.h"
@@ -23,10 +22,6 @@ namespace {
 
 // The widget's record is written at each tick: one that finds the lock taken is left out rather than waited for.
 constexpr std::chrono::milliseconds suitePatience{5};
-// A setting that another program is just writing comes a moment later.
-constexpr std::chrono::milliseconds settingsPatience{250};
-
-const std::string standardDomain(SettingsKeys::standardDomainName);
 
 std::string_view searchPath() {
   const char* value = std::getenv("PATH");
@@ -35,45 +30,43 @@ std::string_view searchPath() {
 
 }  // namespace
 
-AppGround::AppGround()
-    : paths(XdgPaths::current()),
-      domain(standardDomain, paths.standardPreferences(standardDomain), clock, {.lockPatience = settingsPatience}),
-      preferences(domain) {
-  domain.setFreshness(PreferenceFreshness::whenRefreshed);
+AppGround::AppGround(AppSettings& userSettings) : settings(userSettings) {
   const std::string suiteName(SettingsKeys::sharedSuiteName);
-  if (const auto file = paths.sharedPreferences(suiteName)) {
-    suite.emplace(suiteName, *file, clock, JsonPreferenceOptions{.synchronize = false, .lockPatience = suitePatience});
+  if (const auto file = settings.paths.sharedPreferences(suiteName)) {
+    suite.emplace(suiteName, *file, settings.clock,
+                  JsonPreferenceOptions{.synchronize = false, .lockPatience = suitePatience});
   }
   platform.mainExecutor = std::make_unique<QtMainExecutor>();
   platform.timers = std::make_unique<QtTimerFactory>();
   platform.descriptors = std::make_unique<QtDescriptorWatcher>();
   addLinuxPlatform(platform, uptime);
-  preferences.tellOn(*platform.mainExecutor);
+  settings.preferences.tellOn(*platform.mainExecutor);
 }
 
 AppServices::AppServices(AppGround& ground)
-    : applications(ground.paths.dataDirectories),
-      access(ground.preferences, probe, AgentSearchPlaces::standard(ground.paths.home, searchPath()), &applications),
-      conventions(localeConventions(interfaceLanguage(ground.preferences))),
+    : applications(ground.settings.paths.dataDirectories),
+      access(ground.settings.preferences, probe, AgentSearchPlaces::standard(ground.settings.paths.home, searchPath()),
+             &applications),
+      conventions(localeConventions(ground.settings.language())),
       zone(conventions.firstWeekday),
-      metrics(ground.platform, ground.clock, conventions),
-      sharedSnapshots(ground.suite ? &*ground.suite : nullptr, ground.clock),
+      metrics(ground.platform, ground.settings.clock, conventions),
+      sharedSnapshots(ground.suite ? &*ground.suite : nullptr, ground.settings.clock),
       collector(std::make_shared<AgentUsageCollector>(opener, zone.calendar(),
-                                                      makeAgentUsageAdapters(opener, sha256, ground.clock))),
+                                                      makeAgentUsageAdapters(opener, sha256, ground.settings.clock))),
       agentQueue("com.kesto.Quillmeter.agent-usage", QueuePriority::utility),
-      store({ground.clock, ground.uptime, *ground.platform.timers, *ground.platform.mainExecutor, agentQueue,
-             ground.preferences, access, sharedSnapshots, *ground.platform.widgetReload, conventions},
+      store({ground.settings.clock, ground.uptime, *ground.platform.timers, *ground.platform.mainExecutor, agentQueue,
+             ground.settings.preferences, access, sharedSnapshots, *ground.platform.widgetReload, conventions},
             metrics.sources(), collector),
       audio(ground.uptime),
       quickQueue("com.kesto.Quillmeter.quick-status"),
-      quickStatus({*ground.platform.timers, *ground.platform.mainExecutor, quickQueue, ground.preferences,
+      quickStatus({*ground.platform.timers, *ground.platform.mainExecutor, quickQueue, ground.settings.preferences,
                    *ground.platform.networkPaths, *ground.platform.wifi, audio}),
       desktop(LinuxDesktopPlaces::current(), *ground.platform.descriptors, *ground.platform.timers, ground.uptime),
-      archive(ActivityArchiveFile::defaultPath(ground.paths.dataHome)),
-      screenTime({ground.clock, ground.uptime, [this] { return zone.calendar(); }, *ground.platform.timers,
+      archive(ActivityArchiveFile::defaultPath(ground.settings.paths.dataHome)),
+      screenTime({ground.settings.clock, ground.uptime, [this] { return zone.calendar(); }, *ground.platform.timers,
                   desktop.foreground(), desktop.idle(), desktop.locks(), desktop.events(), archive}),
       updates(https, AppVersion::current(), std::string(productWebHost()), runningKernelVersion()),
       authorization(access, picker),
-      loginItems(ground.paths.configHome, {programPath(), "--hidden"}) {}
+      loginItems(ground.settings.paths.configHome, {programPath(), "--hidden"}) {}
 
 }  // namespace quillmeter

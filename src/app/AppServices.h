@@ -6,6 +6,7 @@
 #include "access/AgentAuthorizationCoordinator.h"
 #include "access/AgentLogAccessManager.h"
 #include "agents/AgentUsageCollector.h"
+#include "app/AppSettings.h"
 #include "app/ZoneWatch.h"
 #include "base/Clock.h"
 #include "base/FileOpener.h"
@@ -19,11 +20,9 @@
 #include "platform/linux/JsonPreferenceDomain.h"
 #include "platform/linux/SystemFolderProbe.h"
 #include "platform/linux/XdgLoginItems.h"
-#include "platform/linux/XdgPaths.h"
 #include "platform/linux/audio/PulseAudioHardware.h"
 #include "platform/linux/desktop/LinuxDesktop.h"
 #include "platform/qt/QtHttpsClient.h"
-#include "preferences/PreferenceStore.h"
 #include "quickstatus/QuickStatusMonitor.h"
 #include "screentime/ActivityArchiveFile.h"
 #include "screentime/ScreenTimeMonitor.h"
@@ -32,16 +31,13 @@
 
 namespace quillmeter {
 
-// What is there before the store: the settings and where everything lies. The order of the members is the order of
-// their making; each outlives what is made after it.
+// What the services stand on. The order of the members is the order of their making; each outlives what is made after
+// it.
 struct AppGround {
-  AppGround();
+  explicit AppGround(AppSettings& settings);
 
-  SystemClock clock;
+  AppSettings& settings;
   SystemMonotonicClock uptime;
-  XdgPaths paths;
-  JsonPreferenceDomain domain;
-  PreferenceStore preferences;
   std::optional<JsonPreferenceDomain> suite;  // the widget's record; absent where there is no place for it
   Platform platform;
 };

@@ -12,10 +12,9 @@
 #include <QRect>
 
 #include "app/AppServices.h"
+#include "app/AppSettings.h"
 #include "app/AppWindows.h"
 #include "app/SettingsFollower.h"
-#include "app/SingleInstance.h"
-#include "app/StoredLanguage.h"
 #include "base/L10n.h"
 #include "platform/linux/SignalDescriptor.h"
 #include "platform/linux/StartupPages.h"
@@ -48,59 +47,64 @@ int failure(const std::string& sentence) {
 // Everything the user sees, over the ground and, later, the monitors.
 struct Application::Interface {
   Interface(Application& owner, QApplication& application)
-      : instance({.activate = [&owner] { owner.act(AppAction::openDashboard); },
-                  .act = [&owner](AppAction action) { owner.act(action); }}),
-        appearance(QDBusConnection::sessionBus()),
-        theme(application, owner.ground_->preferences, appearance),
+      : appearance(QDBusConnection::sessionBus()),
+        theme(application, owner.settings_.preferences, appearance),
         windows({.quit = [] { QCoreApplication::exit(0); }, .allClosed = [&owner] { owner.windowsClosed(); }}) {}
 
-  SingleInstance instance;
   QtActivationPolicy activation;
   PortalAppearance appearance;
   Theme theme;
-  AppWindows windows;
   std::optional<UiServices> services;
+  AppWindows windows;
   std::optional<SettingsFollower> follower;
   std::unique_ptr<TrayItem> tray;
 };
 
-Application::Application(QApplication& application, SignalDescriptor& ending, AppOptions options)
-    : application_(application), ending_(ending), options_(std::move(options)) {}
+Application::Application(QApplication& application, SignalDescriptor& ending, AppSettings& settings, AppOptions options)
+    : application_(application),
+      ending_(ending),
+      settings_(settings),
+      options_(std::move(options)),
+      instance_({.activate = [this] { showMain(); }, .act = [this](AppAction action) { act(action); }}) {}
 
 Application::~Application() = default;
 
 int Application::run() {
-  ground_ = std::make_unique<AppGround>();
-  installCatalogue(interfaceLanguage(ground_->preferences));
+  if (const auto status = handOver()) return *status;
+  ground_ = std::make_unique<AppGround>(settings_);
   interface_ = std::make_unique<Interface>(*this, application_);
-  int status = 0;
-  if (!claimSession(status)) return status;
   const auto endWatch = ground_->platform.descriptors->watch(ending_.descriptor(), DescriptorEvent::readable,
                                                              [] { QCoreApplication::exit(0); });
   prepareLaunch();
   begin();
-  status = QCoreApplication::exec();
+  const int status = QCoreApplication::exec();
   end();
   return status;
 }
 
-// False in a second start: its wish was handed over, or there is nobody to take it.
-bool Application::claimSession(int& status) {
-  if (interface_->instance.claim() == SingleInstance::Role::first) return true;
+// The exit status of a second start, which hands its wish to the first.
+std::optional<int> Application::handOver() {
+  if (instance_.claim() == SingleInstance::Role::first) return std::nullopt;
   const bool wantsNothing = options_.hidden && options_.action.empty();
-  if (!wantsNothing && !interface_->instance.askFirst(options_.action)) {
-    status = failure(QM_TR("Quillmeter 已在运行，但没有回应。"));
-  }
-  return false;
+  if (wantsNothing || instance_.askFirst(options_.action)) return 0;
+  return failure(QM_TR("Quillmeter 已在运行，但没有回应。"));
 }
 
 // Before the first window: who comes from an older version is spared the onboarding; the taskbar and the language are
 // as the user left them.
 void Application::prepareLaunch() {
-  PreferenceStore& preferences = ground_->preferences;
-  SettingsKeys::prepareOnboardingForLaunch(preferences, std::string(SettingsKeys::standardDomainName));
-  (void)interface_->activation.setListed(DockVisibilityManager::isDockIconVisible(preferences));
-  didSelectAppLanguage(rawValue(selectedAppLanguage(preferences)), ground_->suite ? &*ground_->suite : nullptr,
+  SettingsKeys::prepareOnboardingForLaunch(settings_.preferences, std::string(SettingsKeys::standardDomainName));
+  applyDock();
+  tellLanguage();
+}
+
+void Application::applyDock() {
+  (void)interface_->activation.setListed(DockVisibilityManager::isDockIconVisible(settings_.preferences));
+}
+
+void Application::tellLanguage() {
+  didSelectAppLanguage(rawValue(selectedAppLanguage(settings_.preferences)),
+                       ground_->suite ? &*ground_->suite : nullptr,
                        [this] { ground_->platform.widgetReload->reloadAllTimelines(); });
 }
 
@@ -110,11 +114,11 @@ void Application::begin() {
   Interface& ui = *interface_;
   ui.services.emplace(UiServices{
       services.store, services.quickStatus, services.screenTime, services.updates, services.access,
-      services.authorization, ground_->preferences, ground_->clock, *ground_->platform.timers, services.loginItems,
+      services.authorization, settings_.preferences, settings_.clock, *ground_->platform.timers, services.loginItems,
       ui.activation, services.desktop.applicationIcons(), ui.windows, [&services] { return services.zone.calendar(); },
-      [this] { return localeConventions(interfaceLanguage(ground_->preferences)); }, services.archive.path()});
+      [this] { return localeConventions(settings_.language()); }, services.archive.path()});
   ui.windows.setServices(*ui.services);
-  ui.follower.emplace(ground_->preferences, *ground_->platform.mainExecutor,
+  ui.follower.emplace(settings_.preferences, *ground_->platform.mainExecutor,
                       SettingsFollower::Actions{
                           .languageChanged = [this] { applyLanguage(); },
                           .periodChanged =
@@ -124,11 +128,7 @@ void Application::begin() {
                               },
                           .quickStatusNeeds = [&services] { services.quickStatus.configure(); },
                           .agentsChanged = [&services] { services.store.refreshAgents(); },
-                          .dockChanged =
-                              [this] {
-                                const bool shows = DockVisibilityManager::isDockIconVisible(ground_->preferences);
-                                (void)interface_->activation.setListed(shows);
-                              },
+                          .dockChanged = [this] { applyDock(); },
                       });
   subscriptions_.push_back(services.store.onSystemChange([this] { systemChanged(); }));
   subscriptions_.push_back(services.store.onAgentsChange([this] { agentsChanged(); }));
@@ -150,15 +150,20 @@ void Application::startMonitors() {
 }
 
 void Application::showFirstWindow() {
-  const bool isNew =
-      ground_->preferences.value(SettingsKeys::onboardingVersion) < SettingsKeys::currentOnboardingVersion;
   if (const auto action = appActionNamed(options_.action)) {
     act(*action);
   } else if (!options_.hidden) {
-    isNew ? interface_->windows.showOnboarding() : interface_->windows.showDashboard({});
+    showMain();
   }
   if (interface_->tray->isAvailable()) return;
   trayPatience_ = ground_->platform.timers->once(options_.hidden ? trayPatienceSeconds : 0, [this] { missTray(); });
+}
+
+// The dashboard; for new users the onboarding, until they have closed it.
+void Application::showMain() {
+  const bool isNew =
+      settings_.preferences.value(SettingsKeys::onboardingVersion) < SettingsKeys::currentOnboardingVersion;
+  isNew ? interface_->windows.showOnboarding() : interface_->windows.showDashboard({});
 }
 
 // Said once: without a tray the program would run unseen.
@@ -166,7 +171,7 @@ void Application::missTray() {
   if (interface_->tray->isAvailable()) return;
   interface_->windows.tellInDashboard(
       QM_TR("此桌面没有系统托盘，因此没有图标可显示；Quillmeter 在窗口中运行。托盘出现后图标会自动显示。"));
-  if (!interface_->windows.raiseOpen()) interface_->windows.showDashboard({});
+  if (!interface_->windows.raiseOpen()) showMain();
 }
 
 void Application::trayChanged(bool available) {
@@ -196,7 +201,7 @@ void Application::act(AppAction action) {
 
 // At each sample: what others changed in the settings, another day, another time zone.
 void Application::systemChanged() {
-  ground_->preferences.refresh();
+  settings_.preferences.refresh();
   MonitorStore& store = services_->store;
   const bool isElsewhere = services_->zone.hasChanged();
   if (isElsewhere) {
@@ -204,7 +209,7 @@ void Application::systemChanged() {
       collector->setCalendar(calendar);
     });
   }
-  if (isElsewhere || store.agents().isOfAnotherDay(services_->zone.calendar(), ground_->clock.now())) {
+  if (isElsewhere || store.agents().isOfAnotherDay(services_->zone.calendar(), settings_.clock.now())) {
     if (!store.isRefreshingAgents() && !store.isCleaningMemory()) store.refreshAgents();
   }
 }
@@ -217,10 +222,8 @@ void Application::agentsChanged() {
 }
 
 void Application::applyLanguage() {
-  const std::string language = interfaceLanguage(ground_->preferences);
-  installCatalogue(language);
-  didSelectAppLanguage(rawValue(selectedAppLanguage(ground_->preferences)), ground_->suite ? &*ground_->suite : nullptr,
-                       [this] { ground_->platform.widgetReload->reloadAllTimelines(); });
+  installCatalogue(settings_.language());
+  tellLanguage();
   services_->store.refreshAll();  // its texts are made anew
   QEvent change(QEvent::LanguageChange);
   QCoreApplication::sendEvent(&application_, &change);

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "app/AppAction.h"
 #include "app/AppOptions.h"
+#include "app/SingleInstance.h"
 #include "base/Observers.h"
 #include "platform/TimerFactory.h"
 
@@ -14,14 +16,15 @@ namespace quillmeter {
 
 struct AppGround;
 struct AppServices;
+struct AppSettings;
 class SignalDescriptor;
 
 // The desktop application: makes everything it consists of, starts it in order and runs it until the user or the
 // session ends it. One, on the main thread, after the QApplication.
 class Application {
  public:
-  // `ending` are those signals that end the program; both outlive it.
-  Application(QApplication& application, SignalDescriptor& ending, AppOptions options);
+  // `ending` are those signals that end the program; all outlive it.
+  Application(QApplication& application, SignalDescriptor& ending, AppSettings& settings, AppOptions options);
   ~Application();
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
@@ -31,11 +34,14 @@ class Application {
 
  private:
   struct Interface;
-  bool claimSession(int& status);
+  std::optional<int> handOver();
   void prepareLaunch();
+  void applyDock();
+  void tellLanguage();
   void begin();
   void startMonitors();
   void showFirstWindow();
+  void showMain();
   void missTray();
   void trayChanged(bool available);
   void act(AppAction action);
@@ -48,7 +54,9 @@ class Application {
 
   QApplication& application_;
   SignalDescriptor& ending_;
+  AppSettings& settings_;
   const AppOptions options_;
+  SingleInstance instance_;
   std::unique_ptr<AppGround> ground_;
   std::unique_ptr<AppServices> services_;
   std::unique_ptr<Interface> interface_;

@@ -8,9 +8,9 @@
 #include <QApplication>
 
 #include "app/AppOptions.h"
+#include "app/AppSettings.h"
 #include "app/Application.h"
 #include "app/DisplayCheck.h"
-#include "app/StoredLanguage.h"
 #include "platform/linux/SignalDescriptor.h"
 #include "platform/qt/QtCatalogue.h"
 #include "ui/theme/Theme.h"
@@ -37,7 +37,8 @@ bool chooseBuiltInPlatformTheme() {
 
 int main(int argc, char** argv) {
   SignalDescriptor ending({SIGTERM, SIGINT, SIGHUP});  // before any thread is made
-  installCatalogue(storedLanguage());
+  AppSettings settings;
+  installCatalogue(settings.language());
   const ParsedOptions parsed = parseOptions(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
   if (parsed.exitStatus) {
     std::fputs(parsed.output.c_str(), *parsed.exitStatus == 0 ? stdout : stderr);
@@ -54,5 +55,5 @@ int main(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication application(argc, argv);
   if (isThemeOurs) qunsetenv(platformThemeVariable);
-  return Application(application, ending, parsed.options).run();
+  return Application(application, ending, settings, parsed.options).run();
 }

@@ -109,6 +109,15 @@ TEST_F(Session, handsASecondStartToTheFirst) {
   EXPECT_EQ(first.wait(), 0) << readFile(directory_.path() / "log");
 }
 
+TEST_F(Session, greetsANewUserAlsoAtASecondStart) {
+  ChildProcess first = start({"--hidden"});
+  EXPECT_EQ(run({}), 0);
+  EXPECT_TRUE(waitUntil([&] { return showsWindow("欢迎使用 Quillmeter"); }));
+  EXPECT_FALSE(showsWindow("^Quillmeter$"));
+  EXPECT_EQ(run({"--action", "quit"}), 0);
+  EXPECT_EQ(first.wait(), 0) << readFile(directory_.path() / "log");
+}
+
 TEST_F(Session, endsOnASignalWithItsWindowsOpen) {
   ChildProcess first = start({});  // the onboarding, on a first start
   EXPECT_TRUE(waitUntil([&] { return showsWindow("Quillmeter"); }));
