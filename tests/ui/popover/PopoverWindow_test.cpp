@@ -14,6 +14,7 @@
 #include <QTest>
 
 #include "demo/FakeServices.h"
+#include "platform/fake/FakeDesktop.h"
 #include "preferences/DashboardLayoutStorage.h"
 #include "preferences/SettingsKeys.h"
 #include "ui/cards/MonitorCard.h"
@@ -23,12 +24,6 @@
 namespace quillmeter {
 
 namespace {
-
-class NoAppearance final : public DesktopAppearance {
- public:
-  AppearancePreferences current() const override { return {}; }
-  void setChangeHandler(std::function<void()>) override {}
-};
 
 class Popover : public testing::Test {
  protected:
@@ -79,7 +74,7 @@ class Popover : public testing::Test {
   }
 
   FakeServices services_;
-  NoAppearance appearance_;
+  FakeDesktopAppearance appearance_;
   Theme theme_{*qApp, services_.preferences, appearance_};
   QPointer<PopoverWindow> window_;
 };

@@ -3,6 +3,7 @@
 #include <QRect>
 
 #include "demo/FakeServices.h"
+#include "platform/fake/FakeDesktop.h"
 #include "ui/theme/Theme.h"
 #include "ui/tray/TrayItem.h"
 
@@ -10,15 +11,9 @@ namespace quillmeter {
 
 namespace {
 
-class NoAppearance final : public DesktopAppearance {
- public:
-  AppearancePreferences current() const override { return {}; }
-  void setChangeHandler(std::function<void()>) override {}
-};
-
 TEST(TrayItem, withoutMessageBusAndXServerThereIsNoTrayAndNothingIsPainted) {
   FakeServices services;
-  NoAppearance appearance;
+  FakeDesktopAppearance appearance;
   Theme theme(*qApp, services.preferences, appearance);
   int told = 0;
   TrayItem item(services.ui, theme,

@@ -14,6 +14,7 @@
 #include <QWindow>
 
 #include "demo/FakeServices.h"
+#include "platform/fake/FakeDesktop.h"
 #include "preferences/SettingsKeys.h"
 #include "ui/theme/Theme.h"
 #include "ui/tray/NotifierTypes.h"
@@ -30,12 +31,6 @@ constexpr const char* itemPath = "/StatusNotifierItem";
 constexpr const char* itemInterface = "org.kde.StatusNotifierItem";
 constexpr const char* menuPath = "/MenuBar";
 constexpr const char* menuInterface = "com.canonical.dbusmenu";
-
-class LightDesktop final : public DesktopAppearance {
- public:
-  AppearancePreferences current() const override { return {}; }
-  void setChangeHandler(std::function<void()>) override {}
-};
 
 class Tray : public testing::Test {
  protected:
@@ -85,7 +80,7 @@ class Tray : public testing::Test {
 
   TrayDesktop& desktop_ = TrayDesktop::current();
   FakeServices services_;
-  LightDesktop appearance_;
+  FakeDesktopAppearance appearance_;
   Theme theme_{*qApp, services_.preferences, appearance_};
   std::optional<TrayItem> item_;
   std::vector<QRect> opened_;
