@@ -16,6 +16,7 @@
 #include "app/AppWindows.h"
 #include "app/SettingsFollower.h"
 #include "base/L10n.h"
+#include "platform/linux/FontPages.h"
 #include "platform/linux/SignalDescriptor.h"
 #include "platform/linux/StartupPages.h"
 #include "platform/linux/desktop/PortalAppearance.h"
@@ -239,6 +240,7 @@ void Application::windowsClosed() {
 void Application::tidySoon() {
   tidying_ = ground_->platform.timers->once(tidyDelaySeconds, [this] {
     QPixmapCache::clear();
+    releaseFontPages();
     services_->agentQueue.post([&allocator = *ground_->platform.allocatorRelief] {
       allocator.releaseUnusedMemory();
       releaseStartupPages();
