@@ -22,7 +22,7 @@ trap finish EXIT
 unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS DBUS_SYSTEM_BUS_ADDRESS
 export HOME=$scratch XDG_CONFIG_HOME=$scratch/config XDG_RUNTIME_DIR=$memory XDG_STATE_HOME=$scratch/state XDG_DATA_HOME=$scratch/data
 # Not a first start, so that a start without --hidden shows the dashboard.
-"$tool" settings set settings.onboardingVersion 999 >/dev/null 2>&1 || true
+"$tool" settings set onboarding.completedVersion 999 >/dev/null
 if [ -n "$home" ]; then
   "$tool" connect codex "$home/.codex" >/dev/null
   "$tool" connect claude "$home/.claude" >/dev/null
