@@ -202,7 +202,7 @@
     <message id="%@ 小时 %@ 分"><source/><translation>%@ h %@ min</translation></message>
     <message id="%@ 分 %@ 秒"><source/><translation>%@ min %@ s</translation></message>
     <message id="%@ 秒"><source/><translation>%@ s</translation></message>
-    <message id="屏幕使用时间：总计、应用、柱状图与时间线"><source/><translation>screen time: totals, applications, bars and timeline</translation></message>
+    <message id="屏幕使用时间：总计、应用、柱状图与时间线"><source/><translation>Screen time: totals, applications, bars and timeline</translation></message>
     <message id="输出 CSV；不给日期时导出全部记录"><source/><translation>Print CSV; without a date the whole record</translation></message>
     <message id="这一天，例如 2026-11-21（默认今天）"><source/><translation>Of this day, such as 2026-11-21 (default: today)</translation></message>
     <message id="这一天所在的一周"><source/><translation>Of the week that holds this day</translation></message>
@@ -210,7 +210,7 @@
     <message id="“%@”不是日期，例如 2026-11-21。"><source/><translation>“%@” is no date, such as 2026-11-21.</translation></message>
     <message id="无法读取活动记录 %@"><source/><translation>The activity record %@ cannot be read</translation></message>
     <message id="没有活动记录 %@"><source/><translation>There is no activity record %@</translation></message>
-    <message id="开启屏幕使用时间记录，并在前台记录到结束"><source/><translation>switch screen-time recording on and record in the foreground until ended</translation></message>
+    <message id="开启屏幕使用时间记录，并在前台记录到结束"><source/><translation>Switch screen-time recording on and record in the foreground until ended</translation></message>
     <message id="写入这个记录文件"><source/><translation>Write this record file</translation></message>
     <message id="无法启动 %@"><source/><translation>%@ cannot be started</translation></message>
     <message id="当前系统版本暂不支持开机自启。"><source/><translation>This system cannot start programs at login.</translation></message>
