@@ -30,10 +30,11 @@ QSize ToggleSwitch::sizeHint() const {
   return {static_cast<int>(trackWidth) + 2 * focusMargin, static_cast<int>(trackHeight) + 2 * focusMargin};
 }
 
+// A page sets its switches while it opens: what nobody saw in another state need not move.
 void ToggleSwitch::slide(bool on) {
   sliding_.reset();
   const double target = on ? 1 : 0;
-  const int duration = isVisible() ? motionMilliseconds(slideMilliseconds) : 0;
+  const int duration = isSeen_ && isVisible() ? motionMilliseconds(slideMilliseconds) : 0;
   if (duration == 0) {
     knob_ = target;
     update();
@@ -52,6 +53,7 @@ void ToggleSwitch::slide(bool on) {
 }
 
 void ToggleSwitch::paintEvent(QPaintEvent*) {
+  isSeen_ = true;
   const ThemeColors& colors = ThemeColors::of(palette());
   QPainter painter(this);
   const QPointF center = QRectF(rect()).center();

@@ -23,7 +23,8 @@ class ToggleSwitch : public QCheckBox {
  private:
   void slide(bool on);
 
-  double knob_ = 0;  // 0 off ... 1 on
+  double knob_ = 0;      // 0 off ... 1 on
+  bool isSeen_ = false;  // painted once
   std::unique_ptr<QVariantAnimation> sliding_;
 };
 
