@@ -6,6 +6,7 @@
 #include "menubar/TabularText.h"
 #include "preferences/MonitorComponentKind.h"
 #include "ui/dashboard/AgentTableModel.h"
+#include "ui/theme/CapitalizedText.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
@@ -35,10 +36,6 @@ QColor stateColor(const AgentRow& row, const ThemeColors& colors) {
       break;
   }
   return colors.tertiaryText;
-}
-
-QString sentenceCase(const QString& text) {
-  return text.left(1).toUpper() + text.mid(1);
 }
 
 const AgentRow& rowOf(const QModelIndex& index) {
@@ -74,9 +71,9 @@ void paintName(QPainter& painter, const QRect& cell, const AgentRow& row, const 
   painter.setFont(stateFont);
   painter.setPen(row.isIncomplete ? colors.warning : colors.secondaryText);
   const int textLeft = left + dotEdge + 6;
-  painter.drawText(
-      QRect(textLeft, stateTop, cell.right() - textLeft, stateMetrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
-      stateMetrics.elidedText(sentenceCase(qtText(row.stateText())), Qt::ElideRight, cell.right() - textLeft));
+  painter.drawText(QRect(textLeft, stateTop, cell.right() - textLeft, stateMetrics.height()),
+                   Qt::AlignLeft | Qt::AlignVCenter,
+                   stateMetrics.elidedText(capitalizedText(row.stateText()), Qt::ElideRight, cell.right() - textLeft));
 }
 
 }  // namespace

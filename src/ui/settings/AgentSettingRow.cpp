@@ -7,8 +7,8 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include "base/L10n.h"
-#include "ui/settings/CapitalizedText.h"
 #include "ui/settings/PathLabel.h"
+#include "ui/theme/CapitalizedText.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/SymbolView.h"

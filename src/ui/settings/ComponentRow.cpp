@@ -12,7 +12,7 @@
 
 #include "base/L10n.h"
 #include "menubar/SymbolPainter.h"
-#include "ui/settings/CapitalizedText.h"
+#include "ui/theme/CapitalizedText.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
