@@ -74,6 +74,8 @@ TEST_F(Dashboard, keysOpenTheSettingsAndQuit) {
 
 TEST_F(Dashboard, paintsNothingWhileNothingChanges) {
   services_.start();
+  services_.addUsage(AgentLogProvider::codex, "s", {1'200, 900, 100, 200, 0}, services_.today(9, 0));
+  services_.scanAgents();
   open();
   for (const Qt::Key page : {Qt::Key_1, Qt::Key_2}) {
     press(*window_, page, Qt::ControlModifier);
@@ -81,6 +83,7 @@ TEST_F(Dashboard, paintsNothingWhileNothingChanges) {
     settle();
     const PaintCount painted;
     services_.advance(20);
+    services_.store.refreshAgents();
     settle();
     EXPECT_EQ(painted.names, "");
   }
