@@ -64,7 +64,7 @@ AppServices::AppServices(AppGround& ground)
       desktop(LinuxDesktopPlaces::current(), *ground.platform.descriptors, *ground.platform.timers, ground.uptime),
       archive(ActivityArchiveFile::defaultPath(ground.settings.paths.dataHome)),
       screenTime({ground.settings.clock, ground.uptime, [this] { return zone.calendar(); }, *ground.platform.timers,
-                  desktop.foreground(), desktop.idle(), desktop.locks(), desktop.events(), archive}),
+                  [this] { return desktop.sources(); }, archive}),
       updates(https, AppVersion::current(), std::string(productWebHost()), runningKernelVersion()),
       authorization(access, picker),
       loginItems(ground.settings.paths.configHome, {programPath(), "--hidden"}) {}

@@ -50,7 +50,7 @@ int record(const std::string& archive, const std::string& language, ctl::Console
   LinuxDesktop desktop(LinuxDesktopPlaces::current(), descriptors, timers, monotonic);
   ActivityArchiveFile store(archive);
   ScreenTimeMonitor monitor({clock, monotonic, [firstWeekday] { return Calendar::current(firstWeekday); }, timers,
-                             desktop.foreground(), desktop.idle(), desktop.locks(), desktop.events(), store});
+                             [&desktop] { return desktop.sources(); }, store});
   RecordLog log(monitor);
   const Subscription changes = monitor.observe([&log] { log.monitorChanged(); });
   const auto end = descriptors.watch(endDescriptor, DescriptorEvent::readable, [] { QCoreApplication::exit(0); });

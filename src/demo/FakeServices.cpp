@@ -88,7 +88,10 @@ FakeServices::FakeServices(MachineDescription described)
              conventions()},
             metrics_->sources(), std::make_shared<AgentUsageCollector>(opener_, calendar(), home.makeAdapters())),
       quickStatus({timers, mainThread, quickQueue, preferences, paths, wifi, audio}),
-      screenTime({clock, uptime, [this] { return calendar(); }, timers, foreground, idle, lock, sessionEvents,
+      screenTime({clock, uptime, [this] { return calendar(); }, timers,
+                  [this] {
+                    return ActivitySources{foreground, idle, lock, sessionEvents};
+                  },
                   withRecord(archive, description.screenTime)}),
       updates(https, AppVersion{description.update.runningVersion, description.update.runningBuild},
               std::string(webHost), std::string(systemVersion)),

@@ -31,10 +31,22 @@ ScreenTimeMonitor::ScreenTimeMonitor(ScreenTimeDependencies dependencies) : depe
 }
 
 ScreenTimeMonitor::~ScreenTimeMonitor() {
-  if (!started_) return;
-  dependencies_.foreground.setActivationHandler({});
-  dependencies_.events.setEventHandler({});
-  dependencies_.locks.setLockHandler({});
+  if (!isListening_) return;
+  sources_->foreground.setActivationHandler({});
+  sources_->events.setEventHandler({});
+  sources_->locks.setLockHandler({});
+}
+
+// The desktop is not looked at for those who never record.
+const ActivitySources& ScreenTimeMonitor::sources() {
+  if (!sources_) sources_.emplace(dependencies_.sources());
+  return *sources_;
+}
+
+// Whoever looks may switch it on next: the desktop's services take a moment to tell what they know.
+Subscription ScreenTimeMonitor::observe(std::function<void()> changed) {
+  (void)sources();
+  return observers_.add(std::move(changed));
 }
 
 std::string ScreenTimeMonitor::state() const {
@@ -49,10 +61,15 @@ std::optional<std::string> ScreenTimeMonitor::storageError() const {
 void ScreenTimeMonitor::start() {
   if (started_) return;
   started_ = true;
-  dependencies_.foreground.setActivationHandler([this](const RunningApplication& application) { tick(application); });
-  dependencies_.events.setEventHandler([this](SessionEvent event) { handle(event); });
-  dependencies_.locks.setLockHandler([this](bool locked) { handleLock(locked); });
   followSwitch();
+}
+
+void ScreenTimeMonitor::listen() {
+  if (isListening_) return;
+  isListening_ = true;
+  sources().foreground.setActivationHandler([this](const RunningApplication& application) { tick(application); });
+  sources().events.setEventHandler([this](SessionEvent event) { handle(event); });
+  sources().locks.setLockHandler([this](bool locked) { handleLock(locked); });
 }
 
 // Without a record to keep, a tick would do nothing: then the machine is not woken for it.
@@ -60,12 +77,14 @@ void ScreenTimeMonitor::followSwitch() {
   const bool ticks = started_ && enabled_;
   if (ticks == (timer_ != nullptr)) return;
   timer_.reset();
-  if (ticks) timer_ = dependencies_.timers.repeating(tickSeconds, tickToleranceSeconds, [this] { tickNow(); });
+  if (!ticks) return;
+  listen();
+  timer_ = dependencies_.timers.repeating(tickSeconds, tickToleranceSeconds, [this] { tickNow(); });
 }
 
 void ScreenTimeMonitor::tickNow() {
   if (!enabled_ || storageError_) return;
-  tick(dependencies_.foreground.frontmost());
+  tick(sources().foreground.frontmost());
 }
 
 void ScreenTimeMonitor::handle(SessionEvent event) {
@@ -108,14 +127,13 @@ void ScreenTimeMonitor::handleLock(bool locked) {
 }
 
 ActivityRecorder::Sample ScreenTimeMonitor::readSample(const std::optional<RunningApplication>& foreground,
-                                                       std::optional<bool> locked) const {
+                                                       std::optional<bool> locked) {
   ActivityRecorder::Sample sample;
   sample.date = dependencies_.clock.now();
   sample.uptimeSeconds = dependencies_.monotonicClock.uptime();
   // Where nothing tells which application is in front, no activity can be told either.
   const double unknown = std::numeric_limits<double>::quiet_NaN();
-  sample.idleSeconds =
-      dependencies_.foreground.isSupported() ? dependencies_.idle.idleSeconds().value_or(unknown) : unknown;
+  sample.idleSeconds = sources().foreground.isSupported() ? sources().idle.idleSeconds().value_or(unknown) : unknown;
   if (foreground) sample.app = identityOf(*foreground);
   sample.available = !systemAsleep_ && !displaysAsleep_ && !sessionInactive_ && locked == false;
   return sample;
@@ -131,7 +149,7 @@ std::string_view ScreenTimeMonitor::stateFor(const ActivityRecorder::Sample& sam
 
 void ScreenTimeMonitor::tick(const std::optional<RunningApplication>& foreground) {
   if (!enabled_ || storageError_) return;
-  const auto locked = lockTracker_.resolve(dependencies_.locks.registryLocked(), dependencies_.locks.sessionLocked());
+  const auto locked = lockTracker_.resolve(sources().locks.registryLocked(), sources().locks.sessionLocked());
   const ActivityRecorder::Sample sample = readSample(foreground, locked);
   const std::uint64_t revision = recorder_.revision();
   recorder_.sample(sample);
@@ -168,6 +186,7 @@ void ScreenTimeMonitor::switchOn() {
   if (acquired != ArchiveOutcome::done) return report(acquired);
   if (!startedAt_) startedAt_ = dependencies_.clock.now();
   clearError();
+  followSwitch();
   recorder_.resetBoundary();
   tickNow();
   save();

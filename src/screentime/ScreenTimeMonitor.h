@@ -11,10 +11,7 @@
 #include "base/Calendar.h"
 #include "base/Clock.h"
 #include "base/Observers.h"
-#include "platform/ForegroundApplication.h"
-#include "platform/InputIdle.h"
-#include "platform/ScreenLockSources.h"
-#include "platform/SessionEvents.h"
+#include "platform/ActivitySources.h"
 #include "platform/TimerFactory.h"
 #include "screentime/ActivityArchiveStore.h"
 #include "screentime/model/ActivityRecorder.h"
@@ -28,10 +25,7 @@ struct ScreenTimeDependencies {
   const MonotonicClock& monotonicClock;
   std::function<Calendar()> currentCalendar;  // asked anew each time: the user travels
   TimerFactory& timers;
-  ForegroundApplicationSource& foreground;
-  InputIdleSource& idle;
-  ScreenLockSources& locks;
-  SessionEvents& events;
+  std::function<ActivitySources()> sources;  // asked once, when there is something to record or somebody looks
   ActivityArchiveStore& store;
 };
 
@@ -50,7 +44,7 @@ class ScreenTimeMonitor {
   ScreenTimeMonitor& operator=(const ScreenTimeMonitor&) = delete;
   ~ScreenTimeMonitor();
 
-  // Begins to observe and to sample; a second call does nothing.
+  // From now on it observes and samples while recording is on; a second call does nothing.
   void start();
   // Ignored while the stored archive cannot be read.
   void setEnabled(bool on);
@@ -77,7 +71,7 @@ class ScreenTimeMonitor {
   // Goes up with each change of the spans.
   std::uint64_t spansRevision() const { return recorder_.revision(); }
   // Calls `changed` after each change of any of the above.
-  [[nodiscard]] Subscription observe(std::function<void()> changed) { return observers_.add(std::move(changed)); }
+  [[nodiscard]] Subscription observe(std::function<void()> changed);
 
  private:
   // What of the record a save writes, to tell whether there is anything new to write.
@@ -88,6 +82,8 @@ class ScreenTimeMonitor {
     friend bool operator==(const Fingerprint&, const Fingerprint&) = default;
   };
 
+  const ActivitySources& sources();
+  void listen();
   void followSwitch();
   void tickNow();
   void switchOn();
@@ -97,7 +93,7 @@ class ScreenTimeMonitor {
   void pauseFor(bool& flag);
   void resumeFrom(bool& flag);
   ActivityRecorder::Sample readSample(const std::optional<RunningApplication>& foreground,
-                                      std::optional<bool> locked) const;
+                                      std::optional<bool> locked);
   std::string_view stateFor(const ActivityRecorder::Sample& sample, std::optional<bool> locked) const;
   bool load();
   ArchiveOutcome acquire();
@@ -112,6 +108,7 @@ class ScreenTimeMonitor {
   Fingerprint fingerprint() const { return {recorder_.revision(), startedAt_, enabled_}; }
 
   ScreenTimeDependencies dependencies_;
+  std::optional<ActivitySources> sources_;
   ActivityRecorder recorder_;
   ScreenLockTracker lockTracker_;
   bool enabled_ = false;
@@ -125,6 +122,7 @@ class ScreenTimeMonitor {
   bool displaysAsleep_ = false;
   bool sessionInactive_ = false;
   bool started_ = false;
+  bool isListening_ = false;
   std::optional<double> lastSaveUptime_;
   Fingerprint saved_;
   std::unique_ptr<Timer> timer_;

@@ -22,7 +22,11 @@ struct ScreenTimeFixture {
   explicit ScreenTimeFixture(Date start = Date::fromWholeSeconds(1'750'000'000)) : clock(start) {}
 
   ScreenTimeDependencies dependencies() {
-    return {clock, monotonic, [this] { return calendar; }, timers, foreground, idle, locks, events, store};
+    return {clock, monotonic, [this] { return calendar; }, timers, [this] { return sources(); }, store};
+  }
+  ActivitySources sources() {
+    ++askedForSources;
+    return {foreground, idle, locks, events};
   }
   // Seconds pass on both clocks while the user works: the idle counter stays where it is. Timers fire.
   void pass(double seconds) { timers.advance(seconds); }
@@ -36,6 +40,7 @@ struct ScreenTimeFixture {
   FakeSessionEvents events;
   MemoryArchiveStore store;
   Calendar calendar = Calendar::utc();
+  int askedForSources = 0;
 };
 
 }  // namespace quillmeter::test

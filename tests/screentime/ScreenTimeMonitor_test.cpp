@@ -39,13 +39,19 @@ TEST(ScreenTimeMonitor, nothingHappensUntilItIsSwitchedOn) {
   ScreenTimeMonitor monitor(desktop.dependencies());
   monitor.start();
   desktop.pass(120);
-  desktop.events.announce(SessionEvent::willSleep);
-  desktop.locks.announce(true);
   monitor.willTerminate();
   EXPECT_TRUE(monitor.spans().empty());
   EXPECT_EQ(desktop.store.saves, 0);
   EXPECT_EQ(desktop.store.claims, 0);
-  EXPECT_EQ(desktop.foreground.reads, 0) << "without recording nobody looks at what is in front";
+  EXPECT_EQ(desktop.askedForSources, 0) << "without recording nobody looks at the desktop";
+  const Subscription page = monitor.observe([] {});
+  EXPECT_EQ(desktop.askedForSources, 1) << "what is known has to be there when somebody switches it on";
+  desktop.pass(120);
+  EXPECT_FALSE(desktop.events.announce || desktop.locks.announce || desktop.foreground.activated);
+  EXPECT_EQ(desktop.foreground.reads, 0);
+  monitor.setEnabled(true);
+  EXPECT_TRUE(desktop.events.announce && desktop.locks.announce && desktop.foreground.activated);
+  EXPECT_EQ(desktop.askedForSources, 1);
 }
 
 TEST(ScreenTimeMonitor, wakesUpOnceASecondWithToleranceWhileItRecords) {
@@ -358,8 +364,7 @@ TEST(ScreenTimeMonitor, aRecordThatCannotBeReadIsKeptUntilItIsCleared) {
   monitor.setEnabled(true);
   monitor.retrySave();
   monitor.setEnabled(false);
-  desktop.events.announce(SessionEvent::willSleep);
-  desktop.events.announce(SessionEvent::didWake);
+  EXPECT_FALSE(desktop.events.announce) << "nothing to react to";
   desktop.pass(60);
   monitor.willTerminate();
   EXPECT_FALSE(monitor.enabled());

@@ -81,20 +81,16 @@ LinuxDesktopPlaces LinuxDesktopPlaces::current() {
 }
 
 // In the order of dependence: what others use comes first and ends last.
-struct LinuxDesktop::Parts {
-  explicit Parts(const LinuxDesktopPlaces& places)
-      : entries(ApplicationEntryIndex::withSandboxExports(places.dataDirectories, places.dataHome),
-                entryLocales(places.locale)),
-        systemBus(places.systemBusAddress),
-        sessionBus(places.sessionBusAddress) {}
+struct LinuxDesktop::Connections {
+  Connections(const LinuxDesktopPlaces& places, ApplicationEntryIndex& applicationEntries)
+      : entries(applicationEntries), systemBus(places.systemBusAddress), sessionBus(places.sessionBusAddress) {}
 
   void addWayland(const MonotonicClock& clock);
   void addX11(TimerFactory& timers);
   void addServices(const LinuxDesktopPlaces& places, const MonotonicClock& clock);
   void connectEvents();
 
-  ApplicationEntryIndex entries;
-  DesktopApplicationIcons icons{entries};
+  ApplicationEntryIndex& entries;
   BusConnection systemBus;
   BusConnection sessionBus;
   std::unique_ptr<WaylandConnection> wayland;
@@ -108,21 +104,32 @@ struct LinuxDesktop::Parts {
   std::unique_ptr<DesktopSessionEvents> events;
 };
 
-void LinuxDesktop::Parts::addWayland(const MonotonicClock& clock) {
+struct LinuxDesktop::Parts {
+  const LinuxDesktopPlaces places;
+  DescriptorWatcher& descriptors;
+  TimerFactory& timers;
+  const MonotonicClock& clock;
+  ApplicationEntryIndex entries{ApplicationEntryIndex::withSandboxExports(places.dataDirectories, places.dataHome),
+                                entryLocales(places.locale)};
+  DesktopApplicationIcons icons{entries};
+  std::unique_ptr<Connections> connections{};
+};
+
+void LinuxDesktop::Connections::addWayland(const MonotonicClock& clock) {
   foreground.add(std::make_unique<WaylandForegroundApplication>(*wayland, entries));
   idle.add(std::make_unique<WaylandInputIdle>(*wayland, clock));
   waylandDisplays = std::make_unique<WaylandDisplayPower>(*wayland);
   displays = waylandDisplays.get();
 }
 
-void LinuxDesktop::Parts::addX11(TimerFactory& timers) {
+void LinuxDesktop::Connections::addX11(TimerFactory& timers) {
   foreground.add(std::make_unique<X11ForegroundApplication>(*x11, entries));
   auto input = std::make_unique<X11InputIdle>(*x11, timers);
   displays = input.get();
   idle.add(std::move(input));
 }
 
-void LinuxDesktop::Parts::addServices(const LinuxDesktopPlaces& places, const MonotonicClock& clock) {
+void LinuxDesktop::Connections::addServices(const LinuxDesktopPlaces& places, const MonotonicClock& clock) {
   if (systemBus.isConnected()) logind = std::make_unique<LogindSession>(systemBus.get(), places.sessionId);
   locks = std::make_unique<DesktopScreenLock>(logind.get());
   if (sessionBus.isConnected()) {
@@ -137,7 +144,7 @@ void LinuxDesktop::Parts::addServices(const LinuxDesktopPlaces& places, const Mo
   events = std::make_unique<DesktopSessionEvents>(logind.get(), displays);
 }
 
-void LinuxDesktop::Parts::connectEvents() {
+void LinuxDesktop::Connections::connectEvents() {
   if (displays != nullptr) {
     displays->setHandler([this](bool asleep) {
       events->announce(asleep ? SessionEvent::displaysDidSleep : SessionEvent::displaysDidWake);
@@ -157,29 +164,37 @@ void LinuxDesktop::Parts::connectEvents() {
 
 LinuxDesktop::LinuxDesktop(const LinuxDesktopPlaces& places, DescriptorWatcher& descriptors, TimerFactory& timers,
                            const MonotonicClock& clock)
-    : parts_(std::make_unique<Parts>(places)) {
-  if (!places.waylandSocket.empty()) parts_->wayland = WaylandConnection::open(places.waylandSocket, descriptors);
-  if (!parts_->wayland && !places.x11Display.empty())
-    parts_->x11 = XcbConnection::open(places.x11Display, descriptors, timers);
-  if (parts_->wayland) parts_->addWayland(clock);
-  if (parts_->x11) parts_->addX11(timers);
-  parts_->addServices(places, clock);
-  parts_->connectEvents();
-}
+    : parts_(new Parts{places, descriptors, timers, clock}) {}
 
 LinuxDesktop::~LinuxDesktop() = default;
 
+LinuxDesktop::Connections& LinuxDesktop::connections() {
+  if (parts_->connections) return *parts_->connections;
+  const LinuxDesktopPlaces& places = parts_->places;
+  auto opened = std::make_unique<Connections>(places, parts_->entries);
+  if (!places.waylandSocket.empty())
+    opened->wayland = WaylandConnection::open(places.waylandSocket, parts_->descriptors);
+  if (!opened->wayland && !places.x11Display.empty())
+    opened->x11 = XcbConnection::open(places.x11Display, parts_->descriptors, parts_->timers);
+  if (opened->wayland) opened->addWayland(parts_->clock);
+  if (opened->x11) opened->addX11(parts_->timers);
+  opened->addServices(places, parts_->clock);
+  opened->connectEvents();
+  parts_->connections = std::move(opened);
+  return *parts_->connections;
+}
+
 ForegroundApplicationSource& LinuxDesktop::foreground() {
-  return parts_->foreground;
+  return connections().foreground;
 }
 InputIdleSource& LinuxDesktop::idle() {
-  return parts_->idle;
+  return connections().idle;
 }
 ScreenLockSources& LinuxDesktop::locks() {
-  return *parts_->locks;
+  return *connections().locks;
 }
 SessionEvents& LinuxDesktop::events() {
-  return *parts_->events;
+  return *connections().events;
 }
 ApplicationIcons& LinuxDesktop::applicationIcons() {
   return parts_->icons;

@@ -6,12 +6,9 @@
 #include <vector>
 
 #include "base/Clock.h"
+#include "platform/ActivitySources.h"
 #include "platform/ApplicationIcons.h"
 #include "platform/DescriptorWatcher.h"
-#include "platform/ForegroundApplication.h"
-#include "platform/InputIdle.h"
-#include "platform/ScreenLockSources.h"
-#include "platform/SessionEvents.h"
 #include "platform/TimerFactory.h"
 
 namespace quillmeter {
@@ -33,7 +30,8 @@ struct LinuxDesktopPlaces {
 
 // What this user's session tells of itself: the application in front, the idle time, the lock, sleep and displays.
 // Looks for a Wayland compositor, else for an X server, and for the services on both buses; of each kind the first that
-// can tell wins, and none is a valid result. Needs the Qt event loop of the main thread, which everything runs on.
+// can tell wins, and none is a valid result. Connects to them when one of these is first asked for. Needs the Qt event
+// loop of the main thread, which everything runs on.
 class LinuxDesktop {
  public:
   LinuxDesktop(const LinuxDesktopPlaces& places, DescriptorWatcher& descriptors, TimerFactory& timers,
@@ -46,10 +44,14 @@ class LinuxDesktop {
   InputIdleSource& idle();
   ScreenLockSources& locks();
   SessionEvents& events();
+  ActivitySources sources() { return {foreground(), idle(), locks(), events()}; }
   ApplicationIcons& applicationIcons();
 
  private:
   struct Parts;
+  struct Connections;
+  Connections& connections();
+
   std::unique_ptr<Parts> parts_;
 };
 
