@@ -1,6 +1,7 @@
 #include "ui/tray/NotifierMenu.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <QDBusArgument>
@@ -80,12 +81,13 @@ QVariantMap NotifierMenu::interfaceProperties() const {
   return {{"Version", 3U}, {"Status", "normal"}, {"TextDirection", "ltr"}, {"IconThemePath", QStringList()}};
 }
 
-QVariantList NotifierMenu::answer(const QDBusMessage& message, bool& known) {
+// Absent for a call that the interface does not have.
+std::optional<QVariantList> NotifierMenu::answer(const QDBusMessage& message) {
   const QVariantList in = message.arguments();
   const QString call = message.member() + '(' + message.signature() + ')';
   if (call == "GetLayout(iias)") {
     update();
-    return {revision_, QVariant::fromValue(layout(in[0].toInt(), in[1].toInt() != 0))};
+    return QVariantList{revision_, QVariant::fromValue(layout(in[0].toInt(), in[1].toInt() != 0))};
   }
   if (call == "GetGroupProperties(aias)") {
     if (revision_ == 0) update();
@@ -93,26 +95,26 @@ QVariantList NotifierMenu::answer(const QDBusMessage& message, bool& known) {
     QList<int> ids = qdbus_cast<QList<int>>(in[0]);
     if (ids.isEmpty()) std::ranges::transform(entries_, std::back_inserter(ids), &TrayMenuEntry::id);
     for (const int id : std::as_const(ids)) all.append({id, propertiesOf(id)});
-    return {QVariant::fromValue(all)};
+    return QVariantList{QVariant::fromValue(all)};
   }
   if (call == "GetProperty(is)") {
-    return {QVariant::fromValue(QDBusVariant(propertiesOf(in[0].toInt()).value(in[1].toString(), QString())))};
+    return QVariantList{
+        QVariant::fromValue(QDBusVariant(propertiesOf(in[0].toInt()).value(in[1].toString(), QString())))};
   }
   if (call == "Event(isvu)") {
     happened(in[0].toInt(), in[1].toString());
-    return {};
+    return QVariantList();
   }
   if (call == "EventGroup(a(isvu))") {
     for (const auto& event : qdbus_cast<QList<NotifierMenuEvent>>(in[0])) happened(event.id, event.event);
-    return {QVariant::fromValue(QList<int>())};
+    return QVariantList{QVariant::fromValue(QList<int>())};
   }
-  if (call == "AboutToShow(i)") return {update()};
+  if (call == "AboutToShow(i)") return QVariantList{update()};
   if (call == "AboutToShowGroup(ai)") {
     const QList<int> changed = update() ? QList<int>{root} : QList<int>();
-    return {QVariant::fromValue(changed), QVariant::fromValue(QList<int>())};
+    return QVariantList{QVariant::fromValue(changed), QVariant::fromValue(QList<int>())};
   }
-  known = false;
-  return {};
+  return std::nullopt;
 }
 
 bool NotifierMenu::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
@@ -129,9 +131,9 @@ bool NotifierMenu::handleMessage(const QDBusMessage& message, const QDBusConnect
       return false;
     }
   } else if (message.interface().isEmpty() || message.interface() == menuInterface) {
-    bool known = true;
-    out = answer(message, known);
-    if (!known) return false;
+    const auto answered = answer(message);
+    if (!answered) return false;
+    out = *answered;
   } else {
     return false;
   }

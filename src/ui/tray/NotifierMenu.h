@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <vector>
+
 #include <QDBusConnection>
 #include <QDBusVirtualObject>
 
@@ -24,7 +27,7 @@ class NotifierMenu final : public QDBusVirtualObject {
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  private:
-  QVariantList answer(const QDBusMessage& message, bool& known);
+  std::optional<QVariantList> answer(const QDBusMessage& message);
   QVariantMap interfaceProperties() const;
   bool update();
   NotifierMenuItem layout(int parent, bool withChildren) const;
