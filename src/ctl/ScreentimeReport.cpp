@@ -8,6 +8,7 @@
 
 #include "base/Iso8601.h"
 #include "base/L10n.h"
+#include "core/model/ClockTexts.h"
 #include "ctl/BarChart.h"
 #include "ctl/TextTable.h"
 #include "screentime/model/ActivityTimelineGroup.h"
@@ -24,13 +25,8 @@ std::string dayText(const CalendarDay& day) {
   return fmt::format("{:04}-{:02}-{:02}", day.year, day.month, day.day);
 }
 
-std::string clockText(const Calendar& calendar, Date date) {
-  const CalendarTime time = calendar.components(date);
-  return fmt::format("{:02}:{:02}", time.hour, time.minute);
-}
-
 std::string bucketLabel(const ScreentimeReportInput& input, Date start) {
-  if (!input.isWeek) return clockText(input.calendar, start);
+  if (!input.isWeek) return clockText(start, input.calendar);
   const CalendarDay day = input.calendar.components(start).day;
   return fmt::format("{:02}-{:02}", day.month, day.day);
 }
@@ -54,7 +50,7 @@ void printTitle(Console& console, const ScreentimeReportInput& input) {
   TextTable table({Alignment::left, Alignment::right, Alignment::left});
   table.addRow({{QM_TR("有效使用时间")}, {durationText(input.summary.total), TextStyle::bold}});
   if (longest != nullptr) {
-    const std::string when = clockText(input.calendar, longest->start) + "–" + clockText(input.calendar, longest->end);
+    const std::string when = clockText(longest->start, input.calendar) + "–" + clockText(longest->end, input.calendar);
     table.addRow({{QM_TR("最长连续使用")},
                   {durationText(longest->seconds()), TextStyle::bold},
                   {when + "  " + printable(longest->app.name), TextStyle::dim}});

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "base/L10n.h"
+#include "core/model/ClockTexts.h"
 #include "core/model/MetricFormatter.h"
 #include "ctl/AgentOverview.h"
 #include "ctl/BarChart.h"
@@ -90,9 +91,7 @@ void printAgents(Console& console, const UsageReportInput& input) {
 }
 
 std::string bucketLabel(const UsageReportInput& input, Date start) {
-  const CalendarTime time = input.calendar.components(start);
-  if (input.range == AgentUsageRange::today) return fmt::format("{:02}:{:02}", time.hour, time.minute);
-  return fmt::format("{:02}-{:02}", time.day.month, time.day.day);
+  return input.range == AgentUsageRange::today ? clockText(start, input.calendar) : monthDayText(start, input.calendar);
 }
 
 // The bars up to now, or up to the last one with usage where logs run ahead of the clock.
@@ -128,11 +127,9 @@ void printActiveSessions(Console& console, const UsageReportInput& input) {
 
 std::string resetText(const UsageReportInput& input, std::optional<Date> resetAt) {
   if (!resetAt) return {};
-  const CalendarTime time = input.calendar.components(*resetAt);
   const std::string format = *resetAt > input.now ? QM_TR("%@重置 (%@)") : QM_TR("已于 %@重置 (%@)");
-  return L10n::format(format,
-                      {MetricFormatter::relative(*resetAt, input.now),
-                       fmt::format("{:02}-{:02} {:02}:{:02}", time.day.month, time.day.day, time.hour, time.minute)});
+  return L10n::format(format, {MetricFormatter::relative(*resetAt, input.now),
+                               monthDayText(*resetAt, input.calendar) + " " + clockText(*resetAt, input.calendar)});
 }
 
 void printLimits(Console& console, const UsageReportInput& input) {

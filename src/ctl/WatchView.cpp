@@ -1,7 +1,6 @@
 #include "ctl/WatchView.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 #include <span>
 
@@ -9,6 +8,7 @@
 
 #include "access/model/AgentLogProvider.h"
 #include "base/L10n.h"
+#include "core/model/ClockTexts.h"
 #include "core/model/MetricFormatter.h"
 #include "core/model/UnitInterval.h"
 #include "ctl/BarChart.h"
@@ -185,13 +185,9 @@ class WatchPage {
   // "2 小时 05 分后重置"; what is left, to the minute.
   std::string resetText(std::optional<Date> resetAt) const {
     if (!resetAt) return {};
-    const double left = resetAt->secondsSince(frame_.now);
-    if (left <= 0) return QM_TR("已重置");
-    const auto minutes = static_cast<std::int64_t>(std::ceil(left / 60));
-    const std::string clock = fmt::format("{:02}:{:02}", minutes / 60 % 24, minutes % 60);
-    const std::string days = std::to_string(minutes / (24 * 60));
-    const std::string countdown = days == "0" ? clock : L10n::format(QM_TR("%d 天 %@"), {days, clock});
-    return L10n::format(QM_TR("%@ 后重置 (%@)"), {countdown, minuteText(*resetAt)});
+    const std::optional<std::string> left = timeLeftText(*resetAt, frame_.now);
+    if (!left) return QM_TR("已重置");
+    return L10n::format(QM_TR("%@ 后重置 (%@)"), {*left, minuteText(*resetAt)});
   }
 
   void addLimits() {

@@ -2,28 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-
-#include <fmt/format.h>
 
 #include "access/model/AgentLogProvider.h"
-#include "base/L10n.h"
 #include "core/model/MetricFormatter.h"
 
 namespace quillmeter {
 
 namespace {
 
-constexpr std::int64_t minutesPerDay = 24 * 60;
 constexpr double secondsPerMinute = 60;
-
-std::int64_t minuteOf(Date date) {
-  return date.microseconds / (60 * Date::microsecondsPerSecond);
-}
-
-std::string twoDigits(std::int64_t value) {
-  return fmt::format("{:02}", value);
-}
 
 const std::vector<std::string>* missingNames(const AgentUsageSnapshot& snapshot) {
   const bool isMissing =
@@ -57,14 +44,6 @@ AgentCardState codexCardState(const AgentUsageSnapshot& snapshot, bool monitorin
   const std::vector<std::string>* missing = missingNames(snapshot);
   const bool isMissing = missing != nullptr && std::ranges::find(*missing, codex->name) != missing->end();
   return isMissing ? AgentCardState::notConnected : AgentCardState::measured;
-}
-
-std::optional<std::string> timeLeftText(Date resetAt, Date now) {
-  if (resetAt <= now) return std::nullopt;
-  const std::int64_t minutes = std::max<std::int64_t>(minuteOf(resetAt) - minuteOf(now), 1);
-  const std::string clock = twoDigits(minutes / 60 % 24) + ":" + twoDigits(minutes % 60);
-  if (minutes < minutesPerDay) return clock;
-  return L10n::format(QM_TR("%d 天 %@"), {std::to_string(minutes / minutesPerDay), clock});
 }
 
 std::string ageText(Date lastActivity, Date now) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,10 +19,6 @@ AgentCardState agentCardState(const AgentUsageSnapshot& snapshot, bool monitorin
 
 // The same for the one agent that reports limits.
 AgentCardState codexCardState(const AgentUsageSnapshot& snapshot, bool monitoringEnabled);
-
-// What is left until `resetAt` and when that is: "02:05", "3 天 04:10"; both change only with the minute of the clock.
-// Absent when the moment is over.
-std::optional<std::string> timeLeftText(Date resetAt, Date now);
 
 // How long ago something was used, in whole minutes: a second more or less says nothing here, and would have to be
 // counted.

@@ -3,9 +3,9 @@
 #include <QVBoxLayout>
 
 #include "base/L10n.h"
+#include "core/model/ClockTexts.h"
 #include "core/model/MetricFormatter.h"
 #include "core/model/UnitInterval.h"
-#include "ui/cards/AgentCardState.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/widgets/FigureLabel.h"
@@ -33,15 +33,10 @@ std::string tintOf(double fraction, const std::string& usual, const QPalette& pa
 }
 
 // "14:30", with the day before it where that is another one.
-QString clockText(Date date, Date now, const Calendar& calendar) {
-  const CalendarTime time = calendar.components(date);
-  const QString clock =
-      QStringLiteral("%1:%2").arg(time.hour, 2, 10, QLatin1Char('0')).arg(time.minute, 2, 10, QLatin1Char('0'));
-  if (time.day == calendar.components(now).day) return clock;
-  return QStringLiteral("%1-%2 %3")
-      .arg(time.day.month, 2, 10, QLatin1Char('0'))
-      .arg(time.day.day, 2, 10, QLatin1Char('0'))
-      .arg(clock);
+std::string momentText(Date date, Date now, const Calendar& calendar) {
+  const std::string clock = clockText(date, calendar);
+  if (calendar.startOfDay(date) == calendar.startOfDay(now)) return clock;
+  return monthDayText(date, calendar) + " " + clock;
 }
 
 }  // namespace
@@ -112,8 +107,7 @@ QString LimitMeter::resetText(std::optional<Date> resetAt, Date now, const Calen
   if (form_ == CardForm::wide) return qtText(left ? *left : QM_TR("已重置"));
   if (!left) return qtText(QM_TR("窗口已重置"));
   if (form_ == CardForm::compact) return qtText(L10n::format(QM_TR("%@ 后重置"), {*left}));
-  const std::string clock = clockText(*resetAt, now, calendar).toStdString();
-  return qtText(L10n::format(QM_TR("%@ 后重置 · %@"), {*left, clock}));
+  return qtText(L10n::format(QM_TR("%@ 后重置 · %@"), {*left, momentText(*resetAt, now, calendar)}));
 }
 
 void LimitMeter::show(std::optional<double> used, std::optional<Date> resetAt, Date now, const Calendar& calendar) {
@@ -130,7 +124,7 @@ void LimitMeter::show(std::optional<double> used, std::optional<Date> resetAt, D
     ring_->setText(text);
     WidgetAccessibility::setName(*ring_, title_->text());
     caption_->setText(shown && resetAt ? qtText(QM_TR("距重置")) : QString());
-    clock_->setText(used && resetAt ? clockText(*resetAt, now, calendar) : QString());
+    clock_->setText(used && resetAt ? qtText(momentText(*resetAt, now, calendar)) : QString());
     return;
   }
   level_->setTint(tint);

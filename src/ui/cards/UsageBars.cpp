@@ -4,6 +4,7 @@
 
 #include "base/Clock.h"
 #include "base/L10n.h"
+#include "core/model/ClockTexts.h"
 #include "core/model/MetricFormatter.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/BarChart.h"
@@ -13,19 +14,14 @@ namespace quillmeter {
 
 namespace {
 
-QString twoDigits(int value) {
-  return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0'));
-}
-
 ChartBar barOf(const AgentUsageBucket& bucket, AgentUsageRange range, const Calendar& calendar) {
-  const CalendarTime time = calendar.components(bucket.start);
-  const QString day = twoDigits(time.day.month) + QLatin1Char('-') + twoDigits(time.day.day);
-  const QString name = range == AgentUsageRange::today ? twoDigits(time.hour) + QStringLiteral(":00") : day;
+  const bool isHour = range == AgentUsageRange::today;
+  const QString name = qtText(isHour ? clockText(bucket.start, calendar) : monthDayText(bucket.start, calendar));
   ChartBar bar;
   bar.value = static_cast<double>(bucket.metrics.totalTokens);
-  bar.label = range == AgentUsageRange::today   ? twoDigits(time.hour)
-              : range == AgentUsageRange::month ? QString::number(time.day.day)
-                                                : day;
+  bar.label = isHour                           ? name.left(2)
+              : range == AgentUsageRange::week ? name
+                                               : QString::number(calendar.components(bucket.start).day.day);
   bar.description = QStringLiteral("%1 · %2").arg(name, qtText(MetricFormatter::tokens(bucket.metrics.totalTokens)));
   return bar;
 }

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "base/L10n.h"
+#include "core/model/ClockTexts.h"
 #include "ui/theme/QtText.h"
 
 namespace quillmeter::ActivityText {
@@ -27,11 +28,6 @@ std::string monthName(const CalendarDay& day) {
 
 std::string weekdayName(Date date, const Calendar& calendar) {
   return L10n::string(weekdays[static_cast<std::size_t>(calendar.weekday(date))]);
-}
-
-std::string clockText(Date date, const Calendar& calendar) {
-  const CalendarTime time = calendar.components(date);
-  return fmt::format("{:02}:{:02}", time.hour, time.minute);
 }
 
 }  // namespace
