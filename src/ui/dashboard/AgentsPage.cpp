@@ -7,6 +7,7 @@
 #include "base/Clock.h"
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
+#include "core/model/ClockTexts.h"
 #include "core/model/MetricFormatter.h"
 #include "preferences/MonitorComponentKind.h"
 #include "preferences/PreferenceStore.h"
@@ -22,7 +23,6 @@
 #include "ui/dashboard/AgentsIntroduction.h"
 #include "ui/dashboard/PageHeader.h"
 #include "ui/dashboard/UsageTotals.h"
-#include "ui/screentime/ActivityText.h"
 #include "ui/system/AgentConnecting.h"
 #include "ui/theme/QtText.h"
 #include "ui/widgets/BarChart.h"
@@ -153,8 +153,7 @@ void AgentsPage::refresh() {
   header_->setSubtitle(
       agents.lastUpdated <= Date::distantPast()
           ? QString()
-          : qtText(L10n::format(QM_TR("日志读取于 %@"),
-                                {ActivityText::clock(agents.lastUpdated, services_.currentCalendar()).toStdString()})));
+          : qtText(L10n::format(QM_TR("日志读取于 %@"), {clockText(agents.lastUpdated, services_.currentCalendar())})));
   showNotice(agents, isConnected);
   showFeedback();
   introduction_->setVisible(!isConnected);

@@ -132,13 +132,13 @@ void OverviewPage::setEditing(bool isEditing) {
 
 void OverviewPage::showEvent(QShowEvent* event) {
   // Only a new day changes the line; a sample is the pulse to look.
-  subscriptions_.push_back(services_.store.onSystemChange([this] { showSubtitle(); }));
+  samples_ = services_.store.onSystemChange([this] { showSubtitle(); });
   showSubtitle();
   QWidget::showEvent(event);
 }
 
 void OverviewPage::hideEvent(QHideEvent* event) {
-  subscriptions_.clear();
+  samples_.reset();
   if (!event->spontaneous()) setEditing(false);
   QWidget::hideEvent(event);
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <functional>
-#include <vector>
 
 #include <QWidget>
 
+#include "base/Observers.h"
 #include "preferences/StoredCardLayout.h"
 #include "ui/UiServices.h"
 
@@ -52,7 +52,7 @@ class OverviewPage : public QWidget {
   Paragraph* nothing_ = nullptr;
   CardGrid* grid_ = nullptr;
   HiddenCardsTray* tray_ = nullptr;
-  std::vector<Subscription> subscriptions_;
+  Subscription samples_;
   bool isEditing_ = false;
 };
 

@@ -9,8 +9,8 @@
 
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
+#include "core/model/ClockTexts.h"
 #include "menubar/SymbolPainter.h"
-#include "ui/screentime/ActivityText.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
@@ -161,14 +161,14 @@ void Sidebar::showFreshness() {
   const Calendar calendar = services_.currentCalendar();
   const auto line = [&](Date date, const std::string& format) {
     if (date <= Date::distantPast()) return QString();
-    const std::string clock = ActivityText::clock(date, calendar).toStdString();
-    return qtText(L10n::format(format, {clock}));
+    return qtText(L10n::format(format, {clockText(date, calendar)}));
   };
   sampled_->setText(line(services_.store.system().updatedAt, QM_TR("采样于 %@")));
   scanned_->setText(line(services_.store.agents().lastUpdated, QM_TR("日志读取于 %@")));
 }
 
 void Sidebar::showEvent(QShowEvent* event) {
+  subscriptions_.clear();
   subscriptions_.push_back(services_.store.onSystemChange([this] { showFreshness(); }));
   subscriptions_.push_back(services_.store.onAgentsChange([this] { showFreshness(); }));
   showFreshness();
