@@ -288,7 +288,7 @@
     <message id="没有图形显示（DISPLAY 与 WAYLAND_DISPLAY 均未设置）。在终端中请使用 quillmeterctl。"><source/><translation>There is no display (neither DISPLAY nor WAYLAND_DISPLAY is set). In a terminal, use quillmeterctl.</translation></message>
     <message id="无法连接图形显示“%@”。在终端中请使用 quillmeterctl。"><source/><translation>The display “%@” does not answer. In a terminal, use quillmeterctl.</translation></message>
     <message id="Quillmeter 已在运行，但没有回应。"><source/><translation>Quillmeter is running already, but does not answer.</translation></message>
-    <message id="此桌面没有系统托盘，因此没有图标可显示；Quillmeter 在窗口中运行。托盘出现后图标会自动显示。"><source/><translation>This desktop has no system tray, so there is no icon to show; Quillmeter runs in its window. The icon appears as soon as there is a tray.</translation></message>
+    <message id="此桌面没有系统托盘，因此没有图标可显示；Quillmeter 在窗口中运行，关闭所有窗口后会退出，记录屏幕使用时间时除外。托盘出现后图标会自动显示。"><source/><translation>This desktop has no system tray, so there is no icon to show; Quillmeter runs in its windows and quits when you close them all, unless it is recording screen time. The icon appears as soon as there is a tray.</translation></message>
     <message id="知道了"><source/><translation>Got it</translation></message>
     <message id="今天 %@ Token"><source/><translation>%@ tokens today</translation></message>
     <message id="打开仪表盘"><source/><translation>Open Dashboard</translation></message>

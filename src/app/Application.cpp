@@ -171,7 +171,8 @@ void Application::showMain() {
 void Application::missTray() {
   if (interface_->tray->isAvailable()) return;
   interface_->windows.tellInDashboard(
-      QM_TR("此桌面没有系统托盘，因此没有图标可显示；Quillmeter 在窗口中运行。托盘出现后图标会自动显示。"));
+      QM_TR("此桌面没有系统托盘，因此没有图标可显示；Quillmeter "
+            "在窗口中运行，关闭所有窗口后会退出，记录屏幕使用时间时除外。托盘出现后图标会自动显示。"));
   if (!interface_->windows.raiseOpen()) showMain();
 }
 
@@ -233,7 +234,8 @@ void Application::applyLanguage() {
 
 // Without an item in the panel a program without windows could not be reached; it stays only to go on recording.
 void Application::windowsClosed() {
-  if (!interface_->tray->isAvailable() && !services_->screenTime.enabled()) QCoreApplication::exit(0);
+  const bool records = services_->screenTime.enabled() && !services_->screenTime.storageError();
+  if (!interface_->tray->isAvailable() && !records) QCoreApplication::exit(0);
   tidySoon();
 }
 

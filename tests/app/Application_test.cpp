@@ -118,6 +118,16 @@ TEST_F(Session, greetsANewUserAlsoAtASecondStart) {
   EXPECT_EQ(first.wait(), 0) << readFile(directory_.path() / "log");
 }
 
+TEST_F(Session, endsWithItsLastWindowWhereThereIsNoTray) {
+  completeOnboarding();
+  ChildProcess first = start({});
+  ASSERT_TRUE(waitUntil([&] { return showsWindow("^Quillmeter$"); }));
+  EXPECT_EQ(server_.xdotool(
+                {"search", "--onlyvisible", "--name", "^Quillmeter$", "windowactivate", "--sync", "key", "ctrl+w"}),
+            0);
+  EXPECT_TRUE(waitUntil([&] { return !first.isRunning(); })) << readFile(directory_.path() / "log");
+}
+
 TEST_F(Session, endsOnASignalWithItsWindowsOpen) {
   ChildProcess first = start({});  // the onboarding, on a first start
   EXPECT_TRUE(waitUntil([&] { return showsWindow("Quillmeter"); }));
