@@ -9,6 +9,7 @@
 
 #include "base/L10n.h"
 #include "ui/theme/QtText.h"
+#include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/widgets/Notice.h"
 
@@ -18,7 +19,7 @@ namespace {
 constexpr double shownSeconds = 12;
 constexpr int margin = 20;
 constexpr int bannerWidth = 560;
-constexpr int radius = 10;
+constexpr double radius = 10;  // a notice's
 
 // The message's opaque ground; follows the window's size.
 class Banner final : public QWidget {
@@ -48,15 +49,15 @@ class Banner final : public QWidget {
 
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ThemeColors::of(palette()).surface);
-    painter.drawRoundedRect(rect(), radius, radius);
+    Shapes::panel(painter, rect(), radius, ThemeColors::of(palette()).surface);
   }
 
  private:
+  // Nameless from now on: a message that comes before it is gone gets a banner of its own.
   void close() {
     timer_.reset();
+    setObjectName({});
+    hide();
     deleteLater();
   }
 
