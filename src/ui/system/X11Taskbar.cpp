@@ -84,6 +84,8 @@ bool X11Taskbar::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Show && watched->isWindowType()) {
     const auto& window = static_cast<const QWindow&>(*watched);
     if (isApplicationWindow(window)) {
+      // Nobody tells when a window is gone that its manager never agreed about.
+      std::erase_if(requestsLeft_, [](const auto& entry) { return applicationWindow(entry.first) == nullptr; });
       writeStates(idOf(window), property(idOf(window), states_));
       requestsLeft_[idOf(window)] = mostRequests;
       if (managerRuns()) again_.start(firstPauseMilliseconds);
