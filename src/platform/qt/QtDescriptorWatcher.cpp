@@ -11,11 +11,7 @@ class QtDescriptorWatch final : public DescriptorWatch {
  public:
   QtDescriptorWatch(int descriptor, QSocketNotifier::Type type, std::function<void()> ready)
       : notifier_(new QSocketNotifier(descriptor, type)) {
-    QObject::connect(notifier_, &QSocketNotifier::activated, notifier_, [ready = std::move(ready), inCall = inCall_] {
-      *inCall = true;
-      ready();
-      *inCall = false;
-    });
+    QObject::connect(notifier_, &QSocketNotifier::activated, notifier_, [ready = std::move(ready)] { ready(); });
   }
   // Its own call may end it. Disabled at once, since the descriptor may be closed next; deleted when the event loop
   // turns.
@@ -28,7 +24,6 @@ class QtDescriptorWatch final : public DescriptorWatch {
 
  private:
   QSocketNotifier* notifier_;
-  std::shared_ptr<bool> inCall_ = std::make_shared<bool>(false);
 };
 
 }  // namespace

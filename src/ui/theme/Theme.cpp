@@ -60,12 +60,11 @@ Theme::~Theme() {
 void Theme::apply() {
   const AppearancePreferences desktop = appearance_.current();
   const std::string choice = preferences_.value(SettingsKeys::appTheme);
-  dark_ = choice == "dark" || (choice == "system" && desktop.dark);
-  highContrast_ = desktop.highContrast;
+  const bool isDark = choice == "dark" || (choice == "system" && desktop.dark);
   if (auto* style = dynamic_cast<QuillStyle*>(QApplication::style())) style->setReducedMotion(desktop.reducedMotion);
-  const ThemeColors& colors = ThemeColors::of(dark_, highContrast_);
+  const ThemeColors& colors = ThemeColors::of(isDark, desktop.highContrast);
   // Setting a palette visits every widget; most changes of the desktop's preferences are none to us.
-  if (application_.palette().color(QPalette::Midlight) != colors.track || !isApplied_) {
+  if (!isApplied_ || &ThemeColors::of(application_.palette()) != &colors) {
     isApplied_ = true;
     QApplication::setPalette(colors.palette());
     QPalette floating = colors.palette();

@@ -23,8 +23,6 @@ class Theme {
   Theme(const Theme&) = delete;
   Theme& operator=(const Theme&) = delete;
 
-  bool isDark() const { return dark_; }
-  bool isHighContrast() const { return highContrast_; }
   // Whether the desktop itself is dark, whatever the setting says: what panels go by.
   bool isDesktopDark() const { return appearance_.current().dark; }
   // Also when only the desktop's appearance changed.
@@ -36,8 +34,6 @@ class Theme {
   QApplication& application_;
   PreferenceStore& preferences_;
   DesktopAppearance& appearance_;
-  bool dark_ = false;
-  bool highContrast_ = false;
   bool isApplied_ = false;
   Observers<> observers_;
   Subscription settingChanges_;
