@@ -18,6 +18,7 @@
 #include "screenshots/IndexedImage.h"
 #include "screenshots/Shot.h"
 #include "ui/theme/Theme.h"
+#include "ui/theme/ThemeColors.h"
 
 using namespace quillmeter;
 
@@ -124,10 +125,10 @@ MachineDescription machineFor(const Options& options) {
 }
 
 // Rounded windows stand on something.
-QImage onDesk(const QImage& window, const Theme& theme) {
+QImage onDesk(const QImage& window) {
   QImage picture(window.size(), QImage::Format_RGB32);
   picture.setDevicePixelRatio(window.devicePixelRatio());
-  picture.fill(theme.isDark() ? QColor(0x0B, 0x0C, 0x0F) : QColor(0xDD, 0xE1, 0xE8));
+  picture.fill(ThemeColors::of(QApplication::palette()).dark ? QColor(0x0B, 0x0C, 0x0F) : QColor(0xDD, 0xE1, 0xE8));
   QPainter(&picture).drawImage(0, 0, window);
   return picture;
 }
@@ -153,7 +154,7 @@ void take(const Shot& shot, const Options& options, const MachineDescription& ma
   settle(services);
   const QString path = QDir(options.folder).filePath(options.prefix + QString::fromStdString(shot.name) + ".png");
   constexpr int smallestFile = 0;  // quality 0 compresses most
-  if (!indexedImage(onDesk(window->grab().toImage(), theme)).save(path, "PNG", smallestFile))
+  if (!indexedImage(onDesk(window->grab().toImage())).save(path, "PNG", smallestFile))
     fail(path + " cannot be written");
 }
 
