@@ -3,9 +3,9 @@
 #
 #   tools/check_package.sh [BUILD_FOLDER]
 #
-# BUILD_FOLDER is kept for the next time; without it all happens in a temporary folder. Needs root, and beside the packages of the
-# build: dpkg-dev lintian desktop-file-utils appstream xvfb dbus-daemon gzip. The root sees this system's files below an overlay (or, where
-# that is not to be had, dpkg works on this system itself), so that nothing of it stays.
+# BUILD_FOLDER is kept for the next time, with the package in it; without it all happens in a temporary folder. Needs root, and beside the
+# packages of the build: dpkg-dev lintian desktop-file-utils appstream dbus-daemon dbus-bin gzip. The root sees this system's files below an
+# overlay (or, where that is not to be had, dpkg works on this system itself), so that nothing of it stays.
 set -euo pipefail
 source=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 id=com.kesto.Quillmeter
@@ -21,8 +21,11 @@ fail() {
 step() { echo "== $1"; }
 
 step build
-cmake -S "$source" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr -DQUILLMETER_TESTS=OFF >"$scratch/configure.log" ||
-  { cat "$scratch/configure.log"; fail configuring; }
+# Hardened as Debian builds its own packages; how much is optimised stays the matter of the build type.
+flags() { DEB_BUILD_MAINT_OPTIONS=hardening=+all DEB_CFLAGS_MAINT_STRIP="-g -O2" DEB_CXXFLAGS_MAINT_STRIP="-g -O2" dpkg-buildflags --get "$1"; }
+cmake -S "$source" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr -DQUILLMETER_TESTS=OFF -DQUILLMETER_PRECOMPILE=ON \
+  -DCMAKE_C_FLAGS="$(flags CPPFLAGS) $(flags CFLAGS)" -DCMAKE_CXX_FLAGS="$(flags CPPFLAGS) $(flags CXXFLAGS)" -DCMAKE_EXE_LINKER_FLAGS="$(flags LDFLAGS)" \
+  >"$scratch/configure.log" || { cat "$scratch/configure.log"; fail configuring; }
 ninja -C "$build" >"$scratch/build.log" || { tail -n 40 "$scratch/build.log"; fail "the build"; }
 
 step "staged installation"
@@ -104,3 +107,4 @@ echo "no overlay here: installing on this system"
 exec bash "$scratch/inside.sh" "$scratch" "$package"
 OUTSIDE
 unshare --mount --propagation private bash "$scratch/outside.sh" "$scratch" "$package"
+[ $# -eq 0 ] || cp -v "$package" "$build"
