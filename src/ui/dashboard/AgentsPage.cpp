@@ -35,7 +35,6 @@ namespace quillmeter {
 
 namespace {
 
-constexpr int pageWidth = 1120;
 constexpr int gap = 14;
 constexpr int sessionsBesideFrom = 820;  // width of the page
 constexpr int chartHeight = 190;
@@ -50,15 +49,10 @@ std::string named(std::string_view text) {
 AgentsPage::AgentsPage(const UiServices& services, QWidget* parent) : QWidget(parent), services_(services) {
   setObjectName(QStringLiteral("dashboard.agents"));
   buildHeader();
-  scroll_ = new ScrollPage(pageWidth, this);
+  scroll_ = new ScrollPage(PageHeader::maximumWidth, this);
   scroll_->setObjectName(QStringLiteral("dashboard.agents.scroll"));
-  header_->follow(*scroll_);
+  header_->standAbove(*scroll_);
   buildCards();
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  column->addWidget(header_);
-  column->addWidget(scroll_, 1);
   retranslate();
   refresh();
 }
@@ -66,7 +60,7 @@ AgentsPage::AgentsPage(const UiServices& services, QWidget* parent) : QWidget(pa
 AgentsPage::~AgentsPage() = default;
 
 void AgentsPage::buildHeader() {
-  header_ = new PageHeader(pageWidth, this);
+  header_ = new PageHeader(this);
   busy_ = new BusyIndicator(services_.timers, this);
   ranges_ = new SegmentedControl(this);
   ranges_->setObjectName(QStringLiteral("dashboard.agents.range"));

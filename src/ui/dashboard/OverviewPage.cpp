@@ -20,22 +20,16 @@
 
 namespace quillmeter {
 
-namespace {
-
-constexpr int pageWidth = 1120;
-
-}  // namespace
-
 OverviewPage::OverviewPage(const UiServices& services, QWidget* parent)
     : QWidget(parent),
       services_(services),
       layout_(services.preferences, ComponentPlacement::dashboard, [this] { showCards(); }) {
   setObjectName(QStringLiteral("dashboard.overview"));
-  header_ = new PageHeader(pageWidth, this);
+  header_ = new PageHeader(this);
   makeControls();
-  scroll_ = new ScrollPage(pageWidth, this);
+  scroll_ = new ScrollPage(PageHeader::maximumWidth, this);
   scroll_->setObjectName(QStringLiteral("dashboard.overview.scroll"));
-  header_->follow(*scroll_);
+  header_->standAbove(*scroll_);
   nothing_ = new Paragraph(TextRole::body, TextTone::secondary, scroll_);
   nothing_->setObjectName(QStringLiteral("dashboard.overview.nothing"));
   grid_ = new CardGrid(
@@ -50,11 +44,6 @@ OverviewPage::OverviewPage(const UiServices& services, QWidget* parent)
   }
   scroll_->column()->setSpacing(GridLayoutPlan::gap);
   scroll_->column()->addStretch(1);
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  column->addWidget(header_);
-  column->addWidget(scroll_, 1);
   retranslate();
   showCards();
 }

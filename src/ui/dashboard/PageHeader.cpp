@@ -21,7 +21,7 @@ constexpr int aboveColumn = 4;
 
 }  // namespace
 
-PageHeader::PageHeader(int maximumWidth, QWidget* parent)
+PageHeader::PageHeader(QWidget* parent)
     : QWidget(parent),
       title_(new FigureLabel(TextRole::title, TextTone::primary, this)),
       subtitle_(new FigureLabel(TextRole::body, TextTone::secondary, this)),
@@ -46,8 +46,13 @@ PageHeader::PageHeader(int maximumWidth, QWidget* parent)
   outer->addStretch(1);
 }
 
-void PageHeader::follow(ScrollPage& page) {
+void PageHeader::standAbove(ScrollPage& page) {
   page_ = &page;
+  auto* column = new QVBoxLayout(parentWidget());
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(this);
+  column->addWidget(&page, 1);
   page.widget()->layout()->setContentsMargins(ScrollPage::margin, aboveColumn, ScrollPage::margin, ScrollPage::margin);
   page.viewport()->installEventFilter(this);
   connect(page.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { update(); });

@@ -13,12 +13,14 @@ class ScrollPage;
 // scrolls, in line with its column.
 class PageHeader : public QWidget {
  public:
-  PageHeader(int maximumWidth, QWidget* parent);
+  static constexpr int maximumWidth = 1120;  // of its column and the page's
+
+  explicit PageHeader(QWidget* parent);
   void setTitle(const QString& title);
   void setSubtitle(const QString& subtitle);
-  // The page below: the header stays in line with its column beside the scroll bar, and is set off while the page is
-  // scrolled.
-  void follow(ScrollPage& page);
+  // Fills their common parent with the header and the page below it: the header stays in line with the page's column
+  // beside the scroll bar, and is set off while the page is scrolled.
+  void standAbove(ScrollPage& page);
   // Takes ownership; from left to right.
   void addControl(QWidget* control);
 
