@@ -121,7 +121,9 @@ void AudioCard::retranslate() {
 void AudioCard::chooseOutput(const std::string& id) {
   QuickStatusMonitor& monitor = services().quickStatus;
   for (const QuickAudioDevice& device : monitor.snapshot().outputs) {
-    if (std::to_string(device.id) == id && monitor.snapshot().output != device) monitor.selectOutput(device.id);
+    if (std::to_string(device.id) != id || monitor.snapshot().output == device) continue;
+    leaving_ = monitor.snapshot().output;
+    return monitor.selectOutput(device.id);
   }
 }
 
@@ -145,7 +147,11 @@ void AudioCard::showDevices(const QuickStatusSnapshot& quick) {
     choices.push_back({std::to_string(device.id), qtText(device.name)});
   devices_->setVisible(!choices.empty());
   devices_->setChoices(std::move(choices));
-  devices_->setChosen(quick.output ? std::to_string(quick.output->id) : std::string());
+  // What the user chose stays in the field until it has its effect or is refused.
+  const QuickStatusMonitor& monitor = services().quickStatus;
+  const bool isRefused = !monitor.isChanging() && monitor.error();
+  if (quick.output != leaving_ || isRefused) leaving_.reset();
+  if (!leaving_) devices_->setChosen(quick.output ? std::to_string(quick.output->id) : std::string());
   if (devices_->toolTip() != devices_->currentText()) devices_->setToolTip(devices_->currentText());
 }
 
@@ -211,6 +217,11 @@ void AudioCard::tintSliders() {
     tinted.setColor(QPalette::Highlight, color);
     slider->setPalette(tinted);
   }
+}
+
+void AudioCard::hideEvent(QHideEvent* event) {
+  MonitorCard::hideEvent(event);
+  leaving_.reset();
 }
 
 std::vector<Subscription> AudioCard::subscribe(std::function<void()> changed) {

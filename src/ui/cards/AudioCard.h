@@ -5,11 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "quickstatus/model/QuickStatusSnapshot.h"
 #include "ui/cards/MonitorCard.h"
 
 namespace quillmeter {
-
-struct QuickStatusSnapshot;
 
 class Chooser;
 class FigureLabel;
@@ -26,6 +25,7 @@ class AudioCard : public MonitorCard {
   void refresh() override;
   std::vector<Subscription> subscribe(std::function<void()> changed) override;
   void retranslate() override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   void buildDevice();
@@ -51,6 +51,7 @@ class AudioCard : public MonitorCard {
   Paragraph* message_ = nullptr;
   Paragraph* error_ = nullptr;
   std::optional<std::uint32_t> balancedDevice_;
+  std::optional<QuickAudioDevice> leaving_;  // the output in whose place the user has just chosen another one
 };
 
 }  // namespace quillmeter

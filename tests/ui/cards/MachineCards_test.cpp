@@ -174,10 +174,19 @@ TEST_F(AudioCards, changeTheDevice) {
   EXPECT_EQ(part<QWidget>("card.audio.mute").accessibleName(), QStringLiteral("取消静音"));
   auto& devices = part<QComboBox>("card.audio.devices");
   ASSERT_EQ(devices.count(), 2);
-  devices.setCurrentIndex(1);
-  emit devices.activated(1);
+  const auto choose = [&](int index) {
+    devices.setCurrentIndex(index);
+    emit devices.activated(index);
+  };
+  choose(1);
+  EXPECT_EQ(devices.currentIndex(), 1) << "while the change is under way";
   services_.settle();
   EXPECT_EQ(services_.audio.facts.defaultOutput, services_.audio.facts.outputs[1].id);
+  EXPECT_EQ(devices.currentIndex(), 1);
+  services_.audio.refuses = true;
+  choose(0);
+  services_.settle();
+  EXPECT_EQ(devices.currentIndex(), 1) << "refused";
 }
 
 TEST_F(AudioCards, tellWhatTheDeviceDoesNotTake) {
