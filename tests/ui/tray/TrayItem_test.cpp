@@ -98,7 +98,7 @@ TEST_F(Tray, aPanelOnTheBusGetsTheItemWithSharpImagesAndFigures) {
     EXPECT_GT(pixmap.bytes.size() - pixmap.bytes.count('\0'), 4 * pixmap.width) << "something is drawn";
     sizes.push_back(pixmap.width);
   }
-  EXPECT_EQ(sizes, (std::vector{16, 22, 24, 32, 44, 64}));
+  EXPECT_EQ(sizes, (std::vector{16, 20, 22, 24, 28, 30, 32, 40, 44, 48, 64}));
   EXPECT_EQ(qvariant_cast<QDBusObjectPath>(desktop_.itemProperty("Menu")).path(), menuPath);
   const auto tooltip = qdbus_cast<NotifierTooltip>(desktop_.itemProperty("ToolTip"));
   EXPECT_TRUE(tooltip.title.startsWith("CPU ")) << tooltip.title.toStdString();
@@ -112,7 +112,7 @@ TEST_F(Tray, aPanelMayReadEverythingAtOnce) {
   const auto all = qdbus_cast<QVariantMap>(reply.arguments().value(0));
   EXPECT_EQ(all.size(), 16);
   EXPECT_EQ(all.value("Status").toString(), "Active");
-  EXPECT_EQ(qdbus_cast<QList<NotifierPixmap>>(all.value("IconPixmap")).size(), 6);
+  EXPECT_EQ(qdbus_cast<QList<NotifierPixmap>>(all.value("IconPixmap")).size(), 11);
   const QDBusMessage xml = desktop_.callItem(itemPath, "org.freedesktop.DBus.Introspectable", "Introspect", {});
   for (const QString& name : all.keys()) {
     EXPECT_TRUE(xml.arguments().value(0).toString().contains("\"" + name + "\"")) << name.toStdString();
@@ -137,7 +137,7 @@ TEST_F(Tray, thePanelIsToldOfANewIconOnlyWhenItLooksDifferentAndTheLastWasFetche
   tick();
   EXPECT_EQ(icons, 1) << "told already";
   pixmaps();
-  EXPECT_EQ(item_->paintCount(), painted + 6);
+  EXPECT_EQ(item_->paintCount(), painted + 11);
   services_.set(SettingsKeys::menuBarStyle.key, "symbol");
   EXPECT_TRUE(waitFor([&icons] { return icons == 2; }));
 }
