@@ -25,8 +25,8 @@ constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr const char* watcherService = "org.kde.StatusNotifierWatcher";
 constexpr const char* watcherPath = "/StatusNotifierWatcher";
 
-// The squares of the usual panels, 16, 22, 24 and 32, at a scale of 1, 1.25 and 2, 57 kB together. A panel takes the one
-// that fits best; what scale it stands at is not known here.
+// The squares of the usual panels, 16, 22, 24 and 32, at a scale of 1, 1.25 and 2, 57 kB together. A panel takes the
+// one that fits best; what scale it stands at is not known here.
 constexpr std::array<int, 11> panelPixels = {16, 20, 22, 24, 28, 30, 32, 40, 44, 48, 64};
 
 constexpr std::array emptyTexts = {"IconName", "IconThemePath", "OverlayIconName", "AttentionIconName",
