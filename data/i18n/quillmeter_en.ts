@@ -376,7 +376,6 @@
     <message id="压缩内存"><source/><translation>Compressed</translation></message>
     <message id="%@ 后重置"><source/><translation>Resets in %@</translation></message>
     <message id="暂无记录"><source/><translation>No record yet</translation></message>
-    <message id="Codex 最近活动：%@"><source/><translation>Codex last active: %@</translation></message>
     <message id="打开设置"><source/><translation>Open Settings</translation></message>
     <message id="连接 Codex 后显示它的使用额度"><source/><translation>Connect Codex to see its limits</translation></message>
     <message id="Codex 日志中暂无使用额度记录"><source/><translation>The Codex logs hold no limits yet</translation></message>
@@ -537,5 +536,6 @@
     <message id="距重置"><source/><translation>Resets in</translation></message>
     <message id="只清理本应用的缓存"><source/><translation>Cleans this app's caches only</translation></message>
     <message id="共 1 个应用"><source/><translation>1 application</translation></message>
+    <message id="额度记录时间：%@"><source/><translation>Limits recorded: %@</translation></message>
 </context>
 </TS>

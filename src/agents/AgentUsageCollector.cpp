@@ -346,6 +346,7 @@ AgentUsageSnapshot AgentUsageCollector::State::snapshotOf(const Scan& scan) cons
   snapshot.weeklyLimitUsed = scan.limits.weeklyUsed;
   snapshot.primaryResetAt = scan.limits.primaryResetAt;
   snapshot.weeklyResetAt = scan.limits.weeklyResetAt;
+  if (scan.limits.observedAt != Date::distantPast()) snapshot.limitsObservedAt = scan.limits.observedAt;
   snapshot.lastUpdated = scan.now;
   snapshot.recentSessions = scan.activitySessions;
   if (!missing.empty()) {

@@ -182,6 +182,7 @@ TEST_F(Collector, theNewestLimitsOfAllFilesAreShown) {
   EXPECT_EQ(snapshot.primaryLimitUsed, 0.2);
   EXPECT_EQ(snapshot.primaryResetAt, Date::fromWholeSeconds(1795651200));
   EXPECT_EQ(snapshot.weeklyLimitUsed, std::nullopt);
+  EXPECT_EQ(snapshot.limitsObservedAt, date("2026-11-21T10:00:01Z"));
 }
 
 TEST_F(Collector, anUnchangedFileIsNotOpenedAgain) {

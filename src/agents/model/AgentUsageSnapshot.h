@@ -38,6 +38,7 @@ struct AgentUsageSnapshot {
   std::optional<double> weeklyLimitUsed;   // of its window of 10,080 minutes
   std::optional<Date> primaryResetAt;
   std::optional<Date> weeklyResetAt;
+  std::optional<Date> limitsObservedAt;  // when Codex wrote down the limits
   Date lastUpdated = Date::distantPast();
   std::optional<AgentScanStatus> scanStatus;  // absent: the scan ended with nothing to report
   std::vector<AgentActivitySession> recentSessions;

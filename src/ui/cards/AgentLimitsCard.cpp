@@ -1,10 +1,7 @@
 #include "ui/cards/AgentLimitsCard.h"
 
-#include <algorithm>
-
 #include <QVBoxLayout>
 
-#include "access/model/AgentLogProvider.h"
 #include "base/Clock.h"
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
@@ -22,13 +19,6 @@ namespace {
 
 constexpr double slackSeconds = 0.05;  // a timer may come a moment early, the minute would still be the old one
 constexpr std::int64_t microsecondsPerMinute = 60 * Date::microsecondsPerSecond;
-
-// How old the newest usage of Codex is; the windows were observed with it.
-std::optional<std::string> activityAge(const AgentUsageSnapshot& agents, Date now) {
-  const auto codex = std::ranges::find(agents.providers, rawValue(AgentLogProvider::codex), &AgentProviderUsage::id);
-  if (codex == agents.providers.end() || !codex->lastActivity) return std::nullopt;
-  return ageText(*codex->lastActivity, now);
-}
 
 }  // namespace
 
@@ -87,9 +77,10 @@ void AgentLimitsCard::showMeters() {
 }
 
 void AgentLimitsCard::showAge(bool hasLimits) {
+  const std::optional<Date> observed = hasLimits ? services().store.agents().limitsObservedAt : std::nullopt;
   const std::optional<std::string> age =
-      hasLimits ? activityAge(services().store.agents(), services().clock.now()) : std::nullopt;
-  const QString text = age ? qtText(L10n::format(QM_TR("Codex 最近活动：%@"), {*age})) : QString();
+      observed ? std::optional(ageText(*observed, services().clock.now())) : std::nullopt;
+  const QString text = age ? qtText(L10n::format(QM_TR("额度记录时间：%@"), {*age})) : QString();
   if (form() != CardForm::compact) setHeaderNote(age ? qtText(*age) : QString());
   if (toolTip() == text) return;
   setToolTip(text);

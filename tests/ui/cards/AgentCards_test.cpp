@@ -80,12 +80,13 @@ TEST_F(AgentCards, theRangeIsASettingThatAllCardsShare) {
 }
 
 TEST_F(AgentCards, limitsCountDownByTheMinute) {
-  useCodex(14, 20);
+  useCodex(14, 25);
   setLimits(0.42, services_.today(17, 0));
   start();
   MonitorCard& card = show(MonitorComponentKind::agentLimits);
   EXPECT_EQ(text("card.agentLimits.primary.used"), "42%");
   EXPECT_EQ(text("card.agentLimits.primary.reset"), "02:34 后重置 · 17:00");
+  EXPECT_EQ(card.toolTip().toStdString(), "额度记录时间：6 分钟前");
   services_.store.stop();
   services_.advance(61);
   EXPECT_EQ(text("card.agentLimits.primary.reset"), "02:33 后重置 · 17:00");
