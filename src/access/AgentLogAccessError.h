@@ -2,8 +2,10 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "access/model/AgentLogProvider.h"
+#include "platform/PreferenceDomain.h"
 
 namespace quillmeter {
 
@@ -13,11 +15,14 @@ struct AgentLogAccessError {
 
   Kind kind = Kind::selectionCancelled;
   std::optional<AgentLogProvider> provider;  // of the first two kinds
+  std::optional<PreferenceProblem> cause{};  // of the last, where the settings could not be written
 
   static AgentLogAccessError unexpectedFolder(AgentLogProvider provider) { return {Kind::unexpectedFolder, provider}; }
   static AgentLogAccessError missingLogFolder(AgentLogProvider provider) { return {Kind::missingLogFolder, provider}; }
   static AgentLogAccessError selectionCancelled() { return {Kind::selectionCancelled, std::nullopt}; }
-  static AgentLogAccessError bookmarkCreationFailed() { return {Kind::bookmarkCreationFailed, std::nullopt}; }
+  static AgentLogAccessError bookmarkCreationFailed(std::optional<PreferenceProblem> cause = std::nullopt) {
+    return {Kind::bookmarkCreationFailed, std::nullopt, std::move(cause)};
+  }
 
   // One sentence for the user; a cancelled selection has none.
   std::optional<std::string> errorDescription() const;

@@ -126,8 +126,8 @@ AgentLogAccessManager::Result AgentLogAccessManager::grantAccess(AgentLogProvide
   if (const auto root = scanRoot(provider, *folder, probe_); !root) return tl::unexpected(root.error());
   {
     const std::lock_guard lock(mutex_);
-    if (!defaults_.setData(bookmarkKey(provider), folder->native())) {
-      return tl::unexpected(AgentLogAccessError::bookmarkCreationFailed());
+    if (const auto stored = defaults_.setData(bookmarkKey(provider), folder->native()); !stored) {
+      return tl::unexpected(AgentLogAccessError::bookmarkCreationFailed(stored.error()));
     }
     forgetWhatIsKnown(provider);
   }

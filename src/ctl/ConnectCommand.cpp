@@ -100,6 +100,7 @@ ExitCode ConnectCommand::connectAll() {
 ExitCode ConnectCommand::refused(const AgentLogAccessError& error, const std::filesystem::path& folder) {
   const std::string sentence = error.errorDescription().value_or(QM_TR("无法保存文件夹访问权限，请重新选择。"));
   context_.console.diagnose(folder.empty() ? sentence : sentence + " (" + folder.string() + ")");
+  if (error.cause) context_.console.diagnose(localizedDescription(*error.cause));
   const bool wrongFolder = error.kind == AgentLogAccessError::Kind::unexpectedFolder ||
                            error.kind == AgentLogAccessError::Kind::missingLogFolder;
   return wrongFolder ? ExitCode::wrongUse : ExitCode::couldNot;
@@ -126,8 +127,8 @@ ExitCode ConnectCommand::disconnect(AgentLogProvider provider) {
     context_.console.printLine(L10n::format(QM_TR("%@ 没有连接。"), {title(provider)}));
     return ExitCode::done;
   }
-  context_.access.removeAccess(provider);
-  if (context_.preferences.domain().contains(key)) {
+  if (const auto removed = context_.access.removeAccess(provider); !removed) {
+    context_.console.diagnose(localizedDescription(removed.error()));
     return context_.console.failure(L10n::format(QM_TR("无法取消 %@ 的文件夹授权。"), {title(provider)}));
   }
   context_.console.printLine(L10n::format(QM_TR("已断开 %@。"), {title(provider)}));

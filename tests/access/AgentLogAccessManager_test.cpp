@@ -169,8 +169,9 @@ TEST_F(AgentLogAccessManagerTest, aGrantThroughALinkFollowsTheLink) {
 }
 
 TEST_F(AgentLogAccessManagerTest, aGrantThatCannotBeStoredOrUsedIsAnError) {
-  domain.refuseWrites(PreferenceProblem{PreferenceProblem::Kind::unwritable, {}, EROFS, {}});
-  EXPECT_EQ(manager.grantAccess(Provider::codex, codex).error(), AgentLogAccessError::bookmarkCreationFailed());
+  const PreferenceProblem readOnly{PreferenceProblem::Kind::unwritable, {}, EROFS, {}};
+  domain.refuseWrites(readOnly);
+  EXPECT_EQ(manager.grantAccess(Provider::codex, codex).error(), AgentLogAccessError::bookmarkCreationFailed(readOnly));
   domain.refuseWrites(std::nullopt);
   probe.forbidden = codex / "sessions";
   const auto refused = manager.grantAccess(Provider::codex, codex);

@@ -121,6 +121,7 @@ TEST(SettingsCommand, aFolderThatCannotBeWrittenStillServesDefaultsAndSaysWhyItD
   const ToolResult connect = tool.run({"connect", "pi", "pi"});
   EXPECT_EQ(connect.status, 1);
   EXPECT_THAT(connect.err, HasSubstr("无法保存文件夹访问权限，请重新选择。"));
+  EXPECT_THAT(connect.err, HasSubstr("Not a directory"));
   EXPECT_EQ(tool.run({"enable", "pi"}).status, 1);
   EXPECT_EQ(tool.run({"usage", "--json"}).status, 0);
 }
