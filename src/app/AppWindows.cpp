@@ -89,9 +89,8 @@ void AppWindows::quit() {
 
 void AppWindows::preferenceFailed(const PreferenceProblem& problem) {
   const QString text = qtText(localizedDescription(problem));
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (!window->isVisible() || window->windowType() == Qt::ToolTip || window->windowType() == Qt::Popup) continue;
-    FailureBanner::show(*window, FailureBanner::Kind::error, text, services_->timers);
+  for (QWidget* window : windows()) {
+    if (window->isVisible()) FailureBanner::show(*window, FailureBanner::Kind::error, text, services_->timers);
   }
 }
 

@@ -83,9 +83,12 @@ int Application::run() {
   return status;
 }
 
-// The exit status of a second start, which hands its wish to the first.
+// The exit status of a start that ends at once: a second one, which hands its wish to the first, or one that is to end
+// what does not run.
 std::optional<int> Application::handOver() {
-  if (instance_.claim() == SingleInstance::Role::first) return std::nullopt;
+  if (instance_.claim() == SingleInstance::Role::first) {
+    return appActionNamed(options_.action) == AppAction::quit ? std::optional(0) : std::nullopt;
+  }
   const bool wantsNothing = options_.hidden && options_.action.empty();
   if (wantsNothing || instance_.askFirst(options_.action)) return 0;
   return failure(QM_TR("Quillmeter 已在运行，但没有回应。"));

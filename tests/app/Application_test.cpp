@@ -99,6 +99,7 @@ class Session : public Program {
 
 TEST_F(Session, handsASecondStartToTheFirst) {
   completeOnboarding();
+  EXPECT_EQ(run({"--action", "quit"}), 0) << "nothing runs that could end";
   ChildProcess first = start({"--hidden"});
   EXPECT_EQ(run({"--hidden"}), 0);
   EXPECT_FALSE(showsWindow("Quillmeter"));
