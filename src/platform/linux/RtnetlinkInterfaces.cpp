@@ -5,7 +5,6 @@
 #include <sys/socket.h>
 
 #include <array>
-#include <cerrno>
 #include <limits>
 #include <utility>
 
@@ -53,35 +52,25 @@ bool RtnetlinkInterfaces::takeChanges() {
 RtnetlinkInterfaces::Changes RtnetlinkInterfaces::receiveChanges() {
   Changes changes;
   if (!announcements_) return {true, true, true};  // nothing announces: nothing is kept
-  alignas(nlmsghdr) std::array<std::byte, 8192> buffer;
-  for (int i = 0; i < mostDatagrams; ++i) {
-    const ssize_t count = ::recv(announcements_.get(), buffer.data(), buffer.size(), MSG_TRUNC);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0 && errno != ENOBUFS) break;
-    // Announcements were lost: the socket was full, or this one does not fit.
-    if (count < 0 || static_cast<std::size_t>(count) > buffer.size()) {
-      changes = {true, true, true};
-      continue;
+  const bool isComplete = takeAnnouncements(announcements_, mostDatagrams, [&changes](const RtnetlinkMessage& message) {
+    switch (message.type()) {
+      case RTM_NEWLINK:
+      case RTM_DELLINK:
+        changes.links = true;
+        break;
+      case RTM_NEWADDR:
+      case RTM_DELADDR:
+        changes.addresses = true;
+        break;
+      case RTM_NEWROUTE:
+      case RTM_DELROUTE:
+        changes.routes = changes.routes || isDefaultRoute(message);
+        break;
+      default:
+        break;
     }
-    forEachMessage({buffer.data(), static_cast<std::size_t>(count)}, [&changes](const RtnetlinkMessage& message) {
-      switch (message.type()) {
-        case RTM_NEWLINK:
-        case RTM_DELLINK:
-          changes.links = true;
-          break;
-        case RTM_NEWADDR:
-        case RTM_DELADDR:
-          changes.addresses = true;
-          break;
-        case RTM_NEWROUTE:
-        case RTM_DELROUTE:
-          changes.routes = changes.routes || isDefaultRoute(message);
-          break;
-        default:
-          break;
-      }
-    });
-  }
+  });
+  if (!isComplete) return {true, true, true};
   return changes;
 }
 

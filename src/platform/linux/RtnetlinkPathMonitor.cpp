@@ -1,9 +1,5 @@
 #include "platform/linux/RtnetlinkPathMonitor.h"
 
-#include <sys/socket.h>
-
-#include <array>
-#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -32,7 +28,7 @@ class RtnetlinkPathMonitor final : public NetworkPathMonitor {
         self_(std::make_shared<RtnetlinkPathMonitor*>(this)) {
     if (announcements_) {
       watch_ = watcher.watch(announcements_.get(), DescriptorEvent::readable, [this] {
-        if (takeAnnouncements()) update();
+        if (takeChanges()) update();
       });
     }
     mainExecutor.post([self = std::weak_ptr(self_)] {
@@ -52,23 +48,12 @@ class RtnetlinkPathMonitor final : public NetworkPathMonitor {
     updated(path);
   }
 
-  bool takeAnnouncements() {
+  bool takeChanges() {
     bool concerned = false;
-    alignas(nlmsghdr) std::array<std::byte, 8192> buffer;
-    for (int i = 0; i < mostDatagrams; ++i) {
-      const ssize_t count = ::recv(announcements_.get(), buffer.data(), buffer.size(), MSG_TRUNC);
-      if (count < 0 && errno == EINTR) continue;
-      if (count < 0 && errno != ENOBUFS) break;
-      // Announcements were lost: the socket was full, or this one does not fit.
-      if (count < 0 || static_cast<std::size_t>(count) > buffer.size()) {
-        concerned = true;
-        continue;
-      }
-      forEachMessage({buffer.data(), static_cast<std::size_t>(count)}, [&concerned](const RtnetlinkMessage& message) {
-        concerned = concerned || concernsThePath(message);
-      });
-    }
-    return concerned;
+    const bool isComplete = takeAnnouncements(
+        announcements_, mostDatagrams,
+        [&concerned](const RtnetlinkMessage& message) { concerned = concerned || concernsThePath(message); });
+    return concerned || !isComplete;
   }
 
   RtnetlinkPathReader reader_;

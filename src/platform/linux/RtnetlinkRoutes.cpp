@@ -2,6 +2,9 @@
 
 #include <sys/socket.h>
 
+#include <array>
+#include <cerrno>
+
 namespace quillmeter {
 namespace {
 
@@ -18,6 +21,24 @@ FileDescriptor openAnnouncements(unsigned groups) {
   address.nl_groups = groups;
   if (::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) socket.reset();
   return socket;
+}
+
+bool takeAnnouncements(const FileDescriptor& announcements, int mostDatagrams,
+                       const std::function<void(const RtnetlinkMessage&)>& visit) {
+  bool isComplete = true;
+  alignas(nlmsghdr) std::array<std::byte, 8192> buffer;
+  for (int i = 0; i < mostDatagrams; ++i) {
+    const ssize_t count = ::recv(announcements.get(), buffer.data(), buffer.size(), MSG_TRUNC);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0 && errno != ENOBUFS) break;
+    // The socket was full, or this one does not fit.
+    if (count < 0 || static_cast<std::size_t>(count) > buffer.size()) {
+      isComplete = false;
+      continue;
+    }
+    forEachMessage({buffer.data(), static_cast<std::size_t>(count)}, visit);
+  }
+  return isComplete;
 }
 
 bool isDefaultRoute(const RtnetlinkMessage& message) {

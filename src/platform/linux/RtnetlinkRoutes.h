@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "base/FileDescriptor.h"
 #include "platform/linux/Rtnetlink.h"
 
@@ -8,6 +10,10 @@ namespace quillmeter {
 // A socket on which the kernel announces changes of `groups` (RTMGRP_...); without descriptor when there is none to be
 // had.
 FileDescriptor openAnnouncements(unsigned groups);
+// Takes what has been announced there, but no more than so many datagrams, and hands over each message. False when
+// announcements were lost, so that anything may have changed.
+bool takeAnnouncements(const FileDescriptor& announcements, int mostDatagrams,
+                       const std::function<void(const RtnetlinkMessage&)>& visit);
 
 // Whether a route message is a usable way to everywhere of the main table.
 bool isDefaultRoute(const RtnetlinkMessage& message);
