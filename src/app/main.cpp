@@ -12,6 +12,7 @@
 #include "app/Application.h"
 #include "app/DisplayCheck.h"
 #include "platform/linux/SignalDescriptor.h"
+#include "platform/linux/desktop/GtkDesktop.h"
 #include "platform/qt/QtCatalogue.h"
 #include "ui/theme/Theme.h"
 
@@ -22,15 +23,10 @@ namespace {
 constexpr const char* platformThemeVariable = "QT_QPA_PLATFORMTHEME";
 
 // On desktops made with GTK the toolkit would load all of GTK to ask for fonts and colours, more than this program
-// weighs itself; its built-in theme for GNOME asks for the same without. False where the user chose.
+// weighs itself. Its built-in theme for GNOME does not; Theme gets the font from the portal. False where the user chose.
 bool chooseBuiltInPlatformTheme() {
   if (qEnvironmentVariableIsSet(platformThemeVariable)) return false;
-  for (const QByteArray& desktop : qgetenv("XDG_CURRENT_DESKTOP").split(':')) {
-    for (const char* gtkDesktop : {"GNOME", "X-Cinnamon", "Unity", "MATE", "XFCE", "Pantheon", "LXDE"}) {
-      if (desktop.compare(gtkDesktop, Qt::CaseInsensitive) == 0) return qputenv(platformThemeVariable, "gnome");
-    }
-  }
-  return false;
+  return currentGtkDesktop() && qputenv(platformThemeVariable, "gnome");
 }
 
 }  // namespace

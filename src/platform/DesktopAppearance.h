@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 namespace quillmeter {
 
@@ -9,6 +10,10 @@ struct AppearancePreferences {
   bool dark = false;
   bool highContrast = false;
   bool reducedMotion = false;
+  // Family, style and points ("Noto Sans Bold 11"), as the user wrote or chose them. Empty: the toolkit's own.
+  std::string fontName = {};
+  // What text is to be enlarged by, beside everything else that a display's scale enlarges.
+  double textScale = 1;
   friend bool operator==(const AppearancePreferences&, const AppearancePreferences&) = default;
 };
 

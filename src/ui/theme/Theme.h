@@ -4,14 +4,15 @@
 
 #include "base/Observers.h"
 #include "platform/DesktopAppearance.h"
+#include "ui/theme/InterfaceFont.h"
 
 namespace quillmeter {
 
 class PreferenceStore;
 
 // Gives the application its style, palette and font: by the setting "settings.appTheme" light, dark or what the desktop
-// prefers, followed while it runs; high contrast and reduced motion are the desktop's. One, made after the QApplication
-// and before any window. Main thread.
+// prefers, followed while it runs; high contrast, reduced motion and font are the desktop's. One, made after the
+// QApplication and before any window. Main thread.
 class Theme {
  public:
   // Worth calling before the QApplication is made, which then does not load the desktop's own style first.
@@ -34,6 +35,7 @@ class Theme {
   QApplication& application_;
   PreferenceStore& preferences_;
   DesktopAppearance& appearance_;
+  InterfaceFont font_;
   bool isApplied_ = false;
   Observers<> observers_;
   Subscription settingChanges_;

@@ -115,6 +115,7 @@ QSize FigureLabel::minimumSizeHint() const {
 }
 
 bool FigureLabel::event(QEvent* event) {
+  if (event->type() == QEvent::ApplicationFontChange) setFont(fontFor(role_));
   if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
     const bool isElided = TabularText::width(text_, font()) > width() + 0.5;
     // The text may be a foreign name, which is no markup whatever it looks like.

@@ -34,6 +34,11 @@ void Paragraph::adopt() {
   adopting_ = false;
 }
 
+bool Paragraph::event(QEvent* event) {
+  if (event->type() == QEvent::ApplicationFontChange) setFont(fontFor(role_));
+  return QLabel::event(event);
+}
+
 void Paragraph::changeEvent(QEvent* event) {
   QLabel::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && !adopting_) adopt();

@@ -14,6 +14,7 @@ class Paragraph : public QLabel {
   void setTone(TextTone tone);
 
  protected:
+  bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:

@@ -16,8 +16,11 @@
 #include "preferences/MonitorComponentKind.h"
 #include "preferences/PreferenceStore.h"
 #include "preferences/SettingsKeys.h"
+#include "ui/theme/FontDescription.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/theme/Typography.h"
+#include "ui/widgets/FigureLabel.h"
+#include "ui/widgets/Paragraph.h"
 
 namespace quillmeter::test {
 namespace {
@@ -120,6 +123,29 @@ TEST(TabularText, noLetterIsCutOffAboveOrBelow) {
   }
 }
 
+TEST(FontDescriptions, areReadLeniently) {
+  struct Row {
+    const char* text;
+    QStringList families;
+    double points;
+  };
+  const Row rows[] = {
+      {"Cantarell 11", {"Cantarell"}, 11},
+      {"Noto Sans Bold Italic 10.5", {"Noto Sans"}, 10.5},
+      {"Noto Sans CJK SC, Ubuntu, Semi-Bold 12", {"Noto Sans CJK SC", "Ubuntu"}, 12},
+      {"Inter 16px @wght=500 #tnum=1", {"Inter"}, 12},
+      {"Source Sans 3", {"Source Sans"}, 0},
+      {"Ubuntu", {"Ubuntu"}, 0},
+      {"Ubuntu 0", {"Ubuntu 0"}, 0},
+      {"Ubuntu 1e9", {"Ubuntu"}, 0},
+      {"Ubuntu nan", {"Ubuntu nan"}, 0},
+  };
+  for (const Row& row : rows)
+    EXPECT_EQ(parseFontDescription(row.text), (FontDescription{row.families, row.points})) << row.text;
+  for (const char* none : {"", "  ", "11", "Bold 11", ", ,"}) EXPECT_FALSE(parseFontDescription(none)) << none;
+  EXPECT_FALSE(parseFontDescription(std::string(1000, 'x')));
+}
+
 class ThemeOfTheApplication : public testing::Test {
  protected:
   void choose(const char* theme) {
@@ -154,6 +180,51 @@ TEST_F(ThemeOfTheApplication, followsTheSettingAndOnlyThenTheDesktop) {
   EXPECT_EQ(told, 3);
   desktop_.change({.highContrast = true});
   EXPECT_TRUE(shown().dark && shown().highContrast);
+}
+
+// What is open while the font changes.
+struct OpenTexts {
+  OpenTexts() { window.show(); }
+  bool follow() const {
+    return figure->font() == fontFor(TextRole::figure) && note->font() == fontFor(TextRole::caption);
+  }
+  QWidget window;
+  QWidget* plain = new QWidget(&window);
+  FigureLabel* figure = new FigureLabel(TextRole::figure, TextTone::primary, plain);
+  Paragraph* note = new Paragraph(TextRole::caption, TextTone::secondary, plain);
+};
+
+TEST_F(ThemeOfTheApplication, takesTheDesktopsFontToAllThatIsOpen) {
+  const QFont usual = QApplication::font();
+  OpenTexts open;
+  const int usualHeight = open.figure->sizeHint().height();
+  desktop_.change({.fontName = "DejaVu Sans Bold 14", .textScale = 1.5});
+  QCoreApplication::processEvents();
+  EXPECT_EQ(QApplication::font().families().value(0), "DejaVu Sans");
+  EXPECT_TRUE(QApplication::font().families().contains("WenQuanYi Micro Hei")) << "hanzi need a font of their own";
+  EXPECT_EQ(QApplication::font().pointSizeF(), 21);
+  EXPECT_EQ(open.plain->font(), QApplication::font());
+  EXPECT_TRUE(open.follow());
+  EXPECT_GT(open.figure->sizeHint().height(), usualHeight);
+
+  for (const char* unusable : {"", "No Such Family 30", "30"}) {
+    desktop_.change({.fontName = unusable});
+    EXPECT_EQ(QApplication::font(), usual) << unusable;
+    EXPECT_TRUE(open.follow()) << unusable;
+  }
+}
+
+TEST_F(ThemeOfTheApplication, keepsItsFallbacksAndScaleWhenTheToolkitChangesTheFont) {
+  OpenTexts open;
+  desktop_.change({.textScale = 2});
+  const QFont before = QApplication::font();
+  QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 12));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(QApplication::font().families().value(0), "DejaVu Sans");
+  EXPECT_TRUE(QApplication::font().families().contains("WenQuanYi Micro Hei"));
+  EXPECT_EQ(QApplication::font().pointSizeF(), 24);
+  EXPECT_NE(QApplication::font(), before);
+  EXPECT_TRUE(open.follow());
 }
 
 TEST_F(ThemeOfTheApplication, movesNothingWhereTheDesktopWantsNoMotion) {

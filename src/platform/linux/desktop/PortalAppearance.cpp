@@ -34,6 +34,18 @@ T valueOr(const QVariant& value, T otherwise) {
   return value.metaType() == QMetaType::fromType<T>() ? value.value<T>() : otherwise;
 }
 
+// Desktops offer no more; anything else, what is no number too, is a slip.
+double boundedTextScale(double scale) {
+  constexpr double least = 0.5;
+  constexpr double most = 3;
+  return scale >= least && scale <= most ? scale : 1;
+}
+
+// What GNOME came with, older and newer: where other desktops run, nobody chose it.
+bool isGnomeDefault(const QString& fontName) {
+  return fontName == QLatin1String("Cantarell 11") || fontName == QLatin1String("Adwaita Sans 11");
+}
+
 }  // namespace
 
 void PortalAppearance::Settings::take(const QString& group, const QString& key, QVariant value) {
@@ -44,19 +56,25 @@ void PortalAppearance::Settings::take(const QString& group, const QString& key, 
     if (key == QLatin1String("reduced-motion")) reducedMotion = valueOr(value, 0U);
   } else if (group == interfaceGroup) {
     if (key == QLatin1String("enable-animations")) enableAnimations = valueOr(value, true);
+    if (key == QLatin1String("font-name")) fontName = valueOr(value, QString());
+    if (key == QLatin1String("text-scaling-factor")) textScale = boundedTextScale(valueOr(value, 1.0));
   } else if (group == accessibilityGroup) {
     if (key == QLatin1String("high-contrast")) highContrast = valueOr(value, false);
   }
 }
 
-AppearancePreferences PortalAppearance::Settings::preferences() const {
-  return {.dark = colorScheme == 1,
-          .highContrast = contrast == 1 || highContrast,
-          .reducedMotion = reducedMotion == 1 || !enableAnimations};
+AppearancePreferences PortalAppearance::Settings::preferences(const std::optional<GtkDesktop>& desktop) const {
+  AppearancePreferences preferences{.dark = colorScheme == 1,
+                                    .highContrast = contrast == 1 || highContrast,
+                                    .reducedMotion = reducedMotion == 1 || !enableAnimations};
+  if (!desktop) return preferences;
+  if (desktop->hasGnomeSettings || !isGnomeDefault(fontName)) preferences.fontName = fontName.toStdString();
+  preferences.textScale = textScale;
+  return preferences;
 }
 
-PortalAppearance::PortalAppearance(const QDBusConnection& sessionBus)
-    : bus_(sessionBus), context_(std::make_unique<QObject>()) {
+PortalAppearance::PortalAppearance(const QDBusConnection& sessionBus, std::optional<GtkDesktop> desktop)
+    : bus_(sessionBus), desktop_(desktop), context_(std::make_unique<QObject>()) {
   if (!bus_.isConnected()) return;
   watchBusService(bus_, service, context_.get(), [this](bool present) { serviceChanged(present); });
 }
@@ -100,7 +118,7 @@ void PortalAppearance::readAll() {
 
 void PortalAppearance::adopt(const Settings& settings) {
   settings_ = settings;
-  const AppearancePreferences preferences = settings_.preferences();
+  const AppearancePreferences preferences = settings_.preferences(desktop_);
   if (preferences == current_) return;
   current_ = preferences;
   if (handler_) handler_();

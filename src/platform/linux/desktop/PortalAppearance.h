@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <QDBusConnection>
 #include <QObject>
@@ -10,6 +11,7 @@
 
 #include "platform/DesktopAppearance.h"
 #include "platform/linux/desktop/BusCalls.h"
+#include "platform/linux/desktop/GtkDesktop.h"
 
 namespace quillmeter {
 
@@ -18,7 +20,9 @@ namespace quillmeter {
 // for a moment, its last answer holds: a restart must not make windows flash. Main thread.
 class PortalAppearance final : public DesktopAppearance {
  public:
-  explicit PortalAppearance(const QDBusConnection& sessionBus);
+  // The font is taken from the portal only on a desktop made with GTK.
+  explicit PortalAppearance(const QDBusConnection& sessionBus,
+                            std::optional<GtkDesktop> desktop = currentGtkDesktop());
   ~PortalAppearance() override;
 
   AppearancePreferences current() const override { return current_; }
@@ -32,9 +36,11 @@ class PortalAppearance final : public DesktopAppearance {
     uint reducedMotion = 0;        // there: 1 prefers less motion
     bool highContrast = false;     // org.gnome.desktop.a11y.interface
     bool enableAnimations = true;  // org.gnome.desktop.interface
+    QString fontName;              // there
+    double textScale = 1;          // there
 
     void take(const QString& group, const QString& key, QVariant value);
-    AppearancePreferences preferences() const;
+    AppearancePreferences preferences(const std::optional<GtkDesktop>& desktop) const;
   };
 
   void serviceChanged(bool present);
@@ -42,6 +48,7 @@ class PortalAppearance final : public DesktopAppearance {
   void adopt(const Settings& settings);
 
   QDBusConnection bus_;
+  const std::optional<GtkDesktop> desktop_;
   Settings settings_;
   AppearancePreferences current_;
   std::function<void()> handler_;

@@ -1,5 +1,6 @@
 #include "platform/linux/desktop/PortalAppearance.h"
 
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +20,8 @@ const std::string settingsInterface = "org.freedesktop.portal.Settings";
 const std::string appearanceGroup = "org.freedesktop.appearance";
 const std::string interfaceGroup = "org.gnome.desktop.interface";
 const std::string accessibilityGroup = "org.gnome.desktop.a11y.interface";
+
+constexpr GtkDesktop gnome{true};
 
 // A session bus of the test's own and what the program learns from it.
 class DesktopPortal : public testing::Test {
@@ -40,7 +43,7 @@ class DesktopPortal : public testing::Test {
   }
   void watch() {
     connection_ = QDBusConnection::connectToBus(QString::fromStdString(bus_.address()), QStringLiteral("appearance"));
-    appearance_.emplace(*connection_);
+    appearance_.emplace(*connection_, desktop_);
     appearance_->setChangeHandler([this] { told_.push_back(appearance_->current()); });
   }
   void change(const std::string& group, const std::string& key, const QVariant& value) {
@@ -55,6 +58,7 @@ class DesktopPortal : public testing::Test {
   MessageBus bus_;
   ChildProcess portal_;
   std::optional<QDBusConnection> connection_;
+  std::optional<GtkDesktop> desktop_ = gnome;
   std::optional<PortalAppearance> appearance_;
   std::vector<AppearancePreferences> told_;
 };
@@ -100,11 +104,59 @@ TEST_F(DesktopPortal, tellsOfEachChangeThatMatters) {
     change(step.group, step.key, step.value);
     // Neither is news.
     change(step.group, step.key, step.value);
-    change(interfaceGroup, "font-name", QStringLiteral("Sans 11"));
+    change(interfaceGroup, "cursor-size", 24);
     expected.push_back(step.expected);
     EXPECT_TRUE(waitUntil([&] { return told_.size() >= expected.size(); })) << step.key;
   }
   EXPECT_EQ(told_, expected);
+}
+
+std::string fontGroups(const std::string& name, const std::string& scale) {
+  return "{'org.gnome.desktop.interface': {'font-name': dbus.String('" + name +
+         "', variant_level=1), 'text-scaling-factor': " + scale +
+         "}, 'org.freedesktop.appearance': {'color-scheme': dbus.UInt32(1, variant_level=1)}}";
+}
+
+TEST_F(DesktopPortal, tellsAndFollowsTheFontOfAGtkDesktop) {
+  startPortal(fontGroups("Cantarell 11", "dbus.Double(1.25, variant_level=1)"));
+  watch();
+  ASSERT_TRUE(becomes({.dark = true, .fontName = "Cantarell 11", .textScale = 1.25}));
+  change(interfaceGroup, "text-scaling-factor", 2.0);
+  EXPECT_TRUE(becomes({.dark = true, .fontName = "Cantarell 11", .textScale = 2}));
+  change(interfaceGroup, "font-name", QStringLiteral("Noto Sans Bold 12"));
+  EXPECT_TRUE(becomes({.dark = true, .fontName = "Noto Sans Bold 12", .textScale = 2}));
+  // Numbers that would make text vanish or fill the screen.
+  for (const double wrong : {0.0, -1.0, 100.0, std::numeric_limits<double>::quiet_NaN()}) {
+    change(interfaceGroup, "text-scaling-factor", wrong);
+    EXPECT_TRUE(becomes({.dark = true, .fontName = "Noto Sans Bold 12"})) << wrong;
+    change(interfaceGroup, "text-scaling-factor", 2.0);
+    EXPECT_TRUE(becomes({.dark = true, .fontName = "Noto Sans Bold 12", .textScale = 2}));
+  }
+}
+
+TEST_F(DesktopPortal, tellsNoFontThatNobodyChose) {
+  startPortal(fontGroups("Cantarell 11", "dbus.String('2', variant_level=1)"));
+  desktop_ = GtkDesktop{};
+  watch();
+  EXPECT_TRUE(becomes({.dark = true})) << "as GNOME came, on another desktop";
+  change(interfaceGroup, "font-name", QStringLiteral("Ubuntu 11"));
+  EXPECT_TRUE(becomes({.dark = true, .fontName = "Ubuntu 11"}));
+
+  desktop_ = std::nullopt;
+  watch();
+  ASSERT_TRUE(becomes({.dark = true}));
+  change(interfaceGroup, "font-name", QStringLiteral("Ubuntu 12"));
+  change(appearanceGroup, "contrast", 1U);
+  EXPECT_TRUE(becomes({.dark = true, .highContrast = true})) << "not made with GTK";
+}
+
+TEST(GtkDesktops, areFoundAmongTheNamesOfTheSession) {
+  for (const char* names : {"GNOME", "ubuntu:GNOME", "Budgie:gnome", "Unity:Unity7:ubuntu", "Pantheon"})
+    EXPECT_EQ(gtkDesktopNamed(names), GtkDesktop{true}) << names;
+  for (const char* names : {"XFCE", "MATE", "X-Cinnamon", "LXDE"})
+    EXPECT_EQ(gtkDesktopNamed(names), GtkDesktop{}) << names;
+  for (const char* names : {"", ":", "KDE", "sway", "LXQt", "GNOMER:X", "wlroots:"})
+    EXPECT_EQ(gtkDesktopNamed(names), std::nullopt) << names;
 }
 
 TEST_F(DesktopPortal, isFoundWhenItStartsLaterAndMissedQuietly) {
