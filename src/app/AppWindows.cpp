@@ -23,7 +23,8 @@ constexpr qint64 sameClickMilliseconds = 400;
 
 }  // namespace
 
-AppWindows::AppWindows(Handlers handlers) : handlers_(std::move(handlers)) {}
+AppWindows::AppWindows(Handlers handlers, const std::filesystem::path& places)
+    : handlers_(std::move(handlers)), places_(places) {}
 
 AppWindows::~AppWindows() {
   for (QWidget* window : windows()) {
@@ -44,6 +45,7 @@ Window* AppWindows::open(QPointer<Window>& window) {
   if (window) return window;
   window = new Window(*services_);
   window->setAttribute(Qt::WA_DeleteOnClose);
+  if (window->windowType() == Qt::Window) places_.follow(*window);  // the popover belongs to its icon
   // Queued: while a widget tells of its end, pointers to it still hold it.
   QObject::connect(
       window, &QObject::destroyed, qApp, [this] { closed(); }, Qt::QueuedConnection);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 
 #include "ui/AppActions.h"
 #include "ui/UiServices.h"
+#include "ui/system/WindowPlaces.h"
 
 class QRect;
 class QWidget;
@@ -29,7 +31,8 @@ class AppWindows final : public AppActions {
     std::function<void()> allClosed;  // the last window has just gone
   };
 
-  explicit AppWindows(Handlers handlers);
+  // `places`: the file in which the windows keep where they were.
+  AppWindows(Handlers handlers, const std::filesystem::path& places);
   ~AppWindows() override;
   // Before anything is shown; outlives the windows.
   void setServices(const UiServices& services) { services_ = &services; }
@@ -56,6 +59,7 @@ class AppWindows final : public AppActions {
   std::vector<QWidget*> windows() const;
 
   const Handlers handlers_;
+  WindowPlaces places_;
   const UiServices* services_ = nullptr;
   QPointer<DashboardWindow> dashboard_;
   QPointer<SettingsWindow> settings_;

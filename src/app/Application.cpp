@@ -50,7 +50,8 @@ struct Application::Interface {
   Interface(Application& owner, QApplication& application)
       : appearance(QDBusConnection::sessionBus()),
         theme(application, owner.settings_.preferences, appearance),
-        windows({.quit = [] { QCoreApplication::exit(0); }, .allClosed = [&owner] { owner.windowsClosed(); }}) {}
+        windows({.quit = [] { QCoreApplication::exit(0); }, .allClosed = [&owner] { owner.windowsClosed(); }},
+                owner.settings_.paths.stateHome / "quillmeter" / "windows.ini") {}
 
   QtActivationPolicy activation;
   PortalAppearance appearance;
