@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-
-#include <QPointer>
 #include <QString>
 
 #include "platform/TimerFactory.h"
@@ -10,8 +7,6 @@
 class QWidget;
 
 namespace quillmeter {
-
-class Notice;
 
 // Messages over the lower edge of a window that belong to no page of it: a setting that could not be stored, a tray
 // that is missing. Stays for some seconds, or until it is clicked away. One a window, owned by it.

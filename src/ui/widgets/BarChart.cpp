@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>

@@ -44,10 +44,10 @@ class Card::Header : public QWidget {
     setMinimumHeight(headerHeight);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   }
-  void show(std::string symbol, const std::string& tint, const QString& title) {
+  void show(std::string symbol, std::string tint, const QString& title) {
     symbol_->setVisible(!symbol.empty());
     symbol_->setSymbol(std::move(symbol));
-    symbol_->setTint(tint);
+    symbol_->setTint(std::move(tint));
     title_->setText(title);
   }
   void setNote(const QString& note) {
@@ -86,8 +86,7 @@ Card::Header& Card::header() {
 }
 
 void Card::setHeader(std::string symbol, std::string tint, const QString& title) {
-  tint_ = std::move(tint);
-  header().show(std::move(symbol), tint_, title);
+  header().show(std::move(symbol), std::move(tint), title);
   WidgetAccessibility::setName(*this, title);
 }
 

@@ -24,7 +24,6 @@ class Card : public QWidget {
   QVBoxLayout* content() const { return content_; }
   // Between the edge and what the card holds; 16 at first.
   void setPadding(int points);
-  const std::string& tint() const { return tint_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -33,7 +32,6 @@ class Card : public QWidget {
   class Header;
   Header& header();
 
-  std::string tint_;
   Header* header_ = nullptr;
   QVBoxLayout* content_ = nullptr;
 };

@@ -7,7 +7,6 @@
 
 #include "menubar/SymbolPainter.h"
 #include "ui/theme/Shapes.h"
-#include "ui/theme/Theme.h"
 #include "ui/theme/ThemeColors.h"
 
 namespace quillmeter {
