@@ -6,10 +6,10 @@ BUILD_PACKAGES=(
   libzstd-dev libsqlite3-dev libssl-dev libpulse-dev libsystemd-dev
   libxcb1-dev libxcb-screensaver0-dev libxcb-dpms0-dev
   libwayland-dev libwayland-bin wayland-protocols plasma-wayland-protocols
-  qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-tools-dev-tools
+  qt6-base-dev qt6-wayland libqt6svg6 qt6-tools-dev qt6-l10n-tools qt6-tools-dev-tools
   tzdata
 )
-TEST_PACKAGES=(libgtest-dev libgmock-dev fonts-dejavu-core fonts-wqy-microhei dbus-daemon python3-dbusmock xvfb openbox xdotool trayer sway kwin-wayland qt6-wayland iproute2 openssl pulseaudio pulseaudio-utils pipewire pipewire-pulse wireplumber desktop-file-utils appstream groff-base)
+TEST_PACKAGES=(libgtest-dev libgmock-dev fonts-dejavu-core fonts-wqy-microhei dbus-daemon python3-dbusmock xvfb openbox xdotool trayer sway kwin-wayland iproute2 openssl pulseaudio pulseaudio-utils pipewire pipewire-pulse wireplumber desktop-file-utils appstream groff-base)
 
 # missing_packages PACKAGE...: prints those that are not installed, one a line.
 missing_packages() {
