@@ -1,5 +1,6 @@
 #include "ui/cards/AgentTokensCard.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
 
 #include "base/Clock.h"
@@ -18,6 +19,7 @@
 #include "ui/cards/UsageBars.h"
 #include "ui/cards/UsageRange.h"
 #include "ui/theme/QtText.h"
+#include "ui/theme/Typography.h"
 #include "ui/widgets/BarChart.h"
 #include "ui/widgets/Chooser.h"
 #include "ui/widgets/FigureLabel.h"
@@ -51,6 +53,7 @@ AgentTokensCard::AgentTokensCard(DashboardCardSize size, ComponentPlacement plac
   } else {
     buildUsage();
   }
+  fitToText();
   content()->addWidget(usage_, 1);
   content()->addWidget(prompt_);
   if (form() == CardForm::compact) return;
@@ -73,7 +76,6 @@ void AgentTokensCard::buildHeader() {
     rangeField_ = new Chooser(this);
     name(rangeField_, "range");
     rangeField_->setHandler([this](const std::string& id) { chooseUsageRange(this->services(), id); });
-    rangeField_->setFixedHeight(headerHeight);
     addHeaderControl(rangeField_);
   }
 }
@@ -138,7 +140,6 @@ void AgentTokensCard::buildLargeUsage() {
   figures->addLayout(top);
   figures->addWidget(facts_, isWide ? 0 : 1);
   if (isWide) {
-    facts_->setFixedWidth(largeFactsWidth);
     top->addStretch();
     figures->addStretch();
     chart_->setScaleText(
@@ -151,6 +152,17 @@ void AgentTokensCard::buildLargeUsage() {
   layout->setSpacing(isWide ? 24 : 12);
   layout->addLayout(figures);
   layout->addWidget(chart_, 1);
+}
+
+// What has a size of its own, chosen for the text in it.
+void AgentTokensCard::fitToText() {
+  if (rangeField_ != nullptr) rangeField_->setFixedHeight(lengthForText(headerHeight));
+  if (facts_ != nullptr && form() == CardForm::wide) facts_->setFixedWidth(lengthForText(largeFactsWidth));
+}
+
+void AgentTokensCard::changeEvent(QEvent* event) {
+  MonitorCard::changeEvent(event);
+  if (event->type() == QEvent::FontChange) fitToText();
 }
 
 void AgentTokensCard::retranslate() {

@@ -25,6 +25,7 @@ class AgentTokensCard : public MonitorCard {
   void refresh() override;
   std::vector<Subscription> subscribe(std::function<void()> changed) override;
   void retranslate() override;
+  void changeEvent(QEvent* event) override;
 
  private:
   bool isLarge() const { return size() == DashboardCardSize::large; }
@@ -34,6 +35,7 @@ class AgentTokensCard : public MonitorCard {
   void buildCompactUsage();
   void buildLargeUsage();
   void retranslateRanges();
+  void fitToText();
   void showBusy();
   void showRange(AgentUsageRange range, bool isMeasured);
   void showPrompt(bool isEnabled);

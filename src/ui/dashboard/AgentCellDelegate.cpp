@@ -78,6 +78,10 @@ void paintName(QPainter& painter, const QRect& cell, const AgentRow& row, const 
 
 }  // namespace
 
+int AgentCellDelegate::lineHeight() {
+  return lengthForText(52);
+}
+
 void AgentCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const ThemeColors& colors = ThemeColors::of(option.palette);
   const AgentRow& row = rowOf(index);

@@ -22,7 +22,6 @@ namespace {
 
 using Column = AgentTableModel::Column;
 
-constexpr int lineHeight = AgentCellDelegate::lineHeight;
 constexpr int inset = AgentCellDelegate::inset;
 constexpr int nameLeft = AgentCellDelegate::nameLeft;
 constexpr int leastNameWidth = 176;
@@ -88,7 +87,7 @@ void AgentTable::setRows(std::vector<AgentRow> rows, Date now) {
 }
 
 int AgentTable::wantedHeight() const {
-  return header()->sizeHint().height() + model_->rowCount() * lineHeight;
+  return header()->sizeHint().height() + model_->rowCount() * AgentCellDelegate::lineHeight();
 }
 
 QSize AgentTable::sizeHint() const {

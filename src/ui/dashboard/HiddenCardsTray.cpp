@@ -45,7 +45,7 @@ void HiddenCardButton::retranslate() {
 
 QSize HiddenCardButton::sizeHint() const {
   const int textWidth = QFontMetrics(fontFor(TextRole::body)).horizontalAdvance(text());
-  return {2 * chipInset + symbolEdge + spacing + textWidth + spacing + plusEdge, chipHeight};
+  return {2 * chipInset + symbolEdge + spacing + textWidth + spacing + plusEdge, lengthForText(chipHeight)};
 }
 
 void HiddenCardButton::paintEvent(QPaintEvent*) {

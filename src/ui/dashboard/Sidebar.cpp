@@ -1,5 +1,6 @@
 #include "ui/dashboard/Sidebar.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QEvent>
@@ -54,9 +55,9 @@ void SidebarEntry::setNarrow(bool isNarrow) {
 }
 
 QSize SidebarEntry::sizeHint() const {
-  if (isNarrow_) return {Sidebar::narrowWidth - 2 * margin, entryHeight};
+  if (isNarrow_) return {Sidebar::narrowWidth - 2 * margin, lengthForText(entryHeight)};
   const int textWidth = QFontMetrics(fontFor(TextRole::strong)).horizontalAdvance(text());
-  return {2 * entryInset + symbolEdge + symbolGap + textWidth, entryHeight};
+  return {2 * entryInset + symbolEdge + symbolGap + textWidth, lengthForText(entryHeight)};
 }
 
 void SidebarEntry::paintEvent(QPaintEvent*) {
@@ -117,7 +118,6 @@ Sidebar::Sidebar(const UiServices& services, Handlers handlers, QWidget* parent)
   column->addSpacing(8);
   column->addWidget(settings_);
   brand_->setContentsMargins(entryInset - (iconEdge - symbolEdge) / 2, 0, 0, 0);
-  setFixedWidth(wideWidth);
   retranslate();
 }
 
@@ -142,7 +142,6 @@ void Sidebar::setNarrow(bool isNarrow) {
   const int iconInset = isNarrow ? (narrowWidth - iconEdge) / 2 - margin : entryInset - (iconEdge - symbolEdge) / 2;
   brand_->setContentsMargins(iconInset, 0, 0, 0);
   layout()->setAlignment(settings_, isNarrow ? Qt::AlignHCenter : Qt::Alignment());
-  setFixedWidth(isNarrow ? narrowWidth : wideWidth);
   retranslate();
 }
 
@@ -154,6 +153,7 @@ void Sidebar::retranslate() {
   const QString settings = qtText(QM_TR("设置"));
   settings_->setText(isNarrow_ ? QString() : settings);
   settings_->setDescription(settings);
+  fitWidth();
   showFreshness();
 }
 
@@ -180,8 +180,16 @@ void Sidebar::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
 }
 
+// Always the same, but for text that is too large for it.
+void Sidebar::fitWidth() {
+  int wanted = isNarrow_ ? narrowWidth : wideWidth;
+  for (const SidebarEntry* entry : entries_) wanted = std::max(wanted, entry->sizeHint().width() + 2 * margin);
+  setFixedWidth(wanted);
+}
+
 void Sidebar::changeEvent(QEvent* event) {
   if (event->type() == QEvent::LanguageChange) retranslate();
+  if (event->type() == QEvent::FontChange) fitWidth();
   QWidget::changeEvent(event);
 }
 

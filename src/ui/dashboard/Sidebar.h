@@ -66,6 +66,7 @@ class Sidebar : public QWidget {
  private:
   void addEntry(const char* page, const char* symbol, QVBoxLayout& column);
   void retranslate();
+  void fitWidth();
   void showFreshness();
 
   const UiServices& services_;

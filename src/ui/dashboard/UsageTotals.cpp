@@ -8,6 +8,7 @@
 #include "core/model/MetricFormatter.h"
 #include "preferences/MonitorComponentKind.h"
 #include "ui/theme/QtText.h"
+#include "ui/theme/Typography.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/WidgetAccessibility.h"
 
@@ -70,7 +71,7 @@ void UsageTotals::place(bool isOneLine) {
 }
 
 void UsageTotals::resizeEvent(QResizeEvent* event) {
-  place(width() >= oneLineFrom);
+  place(width() >= lengthForText(oneLineFrom));
   Card::resizeEvent(event);
 }
 
@@ -105,6 +106,7 @@ void UsageTotals::retranslate() {
 
 void UsageTotals::changeEvent(QEvent* event) {
   if (event->type() == QEvent::LanguageChange) retranslate();
+  if (event->type() == QEvent::FontChange) place(width() >= lengthForText(oneLineFrom));
   Card::changeEvent(event);
 }
 

@@ -17,6 +17,7 @@
 #include "ui/onboarding/StepDots.h"
 #include "ui/onboarding/WelcomeStep.h"
 #include "ui/theme/QtText.h"
+#include "ui/theme/Typography.h"
 
 namespace quillmeter {
 namespace {
@@ -157,7 +158,7 @@ void OnboardingWindow::Parts::retranslate() const {
 
 OnboardingWindow::OnboardingWindow(const UiServices& services) {
   setObjectName("onboarding");
-  setMinimumSize(windowSize);
+  keepRoomForText(*this, windowSize);
   resize(windowSize);
   parts_ = std::make_unique<Parts>(*this, services);
 }
@@ -167,6 +168,7 @@ OnboardingWindow::~OnboardingWindow() = default;
 void OnboardingWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::LanguageChange && parts_) parts_->retranslate();
+  if (event->type() == QEvent::FontChange) keepRoomForText(*this, windowSize);
 }
 
 void OnboardingWindow::closeEvent(QCloseEvent* event) {

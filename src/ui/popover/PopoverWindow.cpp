@@ -21,6 +21,7 @@
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
+#include "ui/theme/Typography.h"
 
 namespace quillmeter {
 
@@ -43,11 +44,10 @@ QScrollArea* scrollAreaOf(QWidget* content, QWidget* parent) {
 }
 
 // What the widget's content needs at the popover's width.
-int heightOf(const QWidget& widget) {
+int heightOf(const QWidget& widget, int width) {
   QLayout* layout = widget.layout();
   layout->activate();
-  return layout->hasHeightForWidth() ? layout->totalHeightForWidth(PopoverWindow::popoverWidth)
-                                     : layout->totalSizeHint().height();
+  return layout->hasHeightForWidth() ? layout->totalHeightForWidth(width) : layout->totalSizeHint().height();
 }
 
 }  // namespace
@@ -116,14 +116,15 @@ void PopoverWindow::showEvent(QShowEvent* event) {
 void PopoverWindow::fit() {
   parts_->fitSoon.stop();
   const int most = static_cast<int>(parts_->available.height() * greatestShareOfScreen);
-  const int below = heightOf(*parts_->footer);
-  const int content = heightOf(*parts_->cards);
+  const int breadth = std::min(lengthForText(popoverWidth), parts_->available.width());
+  const int below = heightOf(*parts_->footer, breadth);
+  const int content = heightOf(*parts_->cards, breadth);
   const bool scrolls = content + below > most;
   // Told, not left to the area: that would keep its bar for a text that wraps only beside the bar.
   parts_->scroll->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
   const int bar = scrolls ? parts_->scroll->verticalScrollBar()->sizeHint().width() : 0;
   parts_->cards->layout()->setContentsMargins(margin, margin, std::max(0, margin - bar), margin);
-  const QSize wanted(popoverWidth, std::min(content + below, most));
+  const QSize wanted(breadth, std::min(content + below, most));
   if (wanted == parts_->fitted) return;
   parts_->fitted = wanted;
   setFixedSize(wanted);

@@ -83,8 +83,7 @@ class TimelineCard::Line : public QWidget {
     total_->setText(total);
     appTexts_ = std::move(apps);
     chooseAppText();
-    // One width for all lines, so that the strips stand below each other.
-    for (QWidget* label : {day_, total_}) label->setFixedWidth(dayWidth());
+    alignStrips();
     for (QWidget* label : {day_, total_, apps_}) label->setVisible(true);
   }
   void showStripAlone() {
@@ -95,8 +94,18 @@ class TimelineCard::Line : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent*) override { chooseAppText(); }
+  void changeEvent(QEvent* event) override {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::FontChange || appTexts_.empty()) return;
+    alignStrips();
+    chooseAppText();
+  }
 
  private:
+  // One width for all lines, so that the strips stand below each other.
+  void alignStrips() {
+    for (QWidget* label : {day_, total_}) label->setFixedWidth(dayWidth());
+  }
   void chooseAppText() {
     const double room = width() - dayWidth() - gap;
     const QFont font = fontFor(TextRole::caption);

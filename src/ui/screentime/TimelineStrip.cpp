@@ -66,7 +66,7 @@ void TimelineStrip::setTicks(std::vector<TimelineTick> ticks) {
 }
 
 QSize TimelineStrip::sizeHint() const {
-  return {320, bandHeight + 2 * edge + (ticks_.empty() ? 0 : tickHeight)};
+  return {320, bandHeight + 2 * edge + (ticks_.empty() ? 0 : lengthForText(tickHeight))};
 }
 
 QSize TimelineStrip::minimumSizeHint() const {
@@ -185,8 +185,8 @@ void TimelineStrip::paintTicks(QPainter& painter) const {
     const double at = band().left() + band().width() * tick.position;
     const double left = std::clamp(at - width / 2, 0.0, this->width() - width);
     painter.setPen(colors.secondaryText);
-    painter.drawText(QRectF(left, band().bottom() + edge, width + 1, tickHeight), Qt::AlignLeft | Qt::AlignVCenter,
-                     tick.label);
+    painter.drawText(QRectF(left, band().bottom() + edge, width + 1, lengthForText(tickHeight)),
+                     Qt::AlignLeft | Qt::AlignVCenter, tick.label);
   }
 }
 

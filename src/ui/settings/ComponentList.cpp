@@ -12,13 +12,13 @@
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
+#include "ui/theme/Typography.h"
 #include "ui/widgets/FigureLabel.h"
 
 namespace quillmeter {
 
 namespace {
 
-constexpr int rowHeight = ComponentRow::rowHeight;
 constexpr int padding = 4;
 constexpr int sectionGap = 18;
 constexpr int titleHeight = 26;
@@ -31,7 +31,7 @@ std::vector<MonitorComponentKind> kindsOf(const std::vector<DashboardCardConfig>
 }
 
 int heightOf(std::size_t rows) {
-  return static_cast<int>(rows) * rowHeight + 2 * padding;
+  return static_cast<int>(rows) * ComponentRow::rowHeight() + 2 * padding;
 }
 
 }  // namespace
@@ -82,6 +82,11 @@ void ComponentList::retranslate() {
   for (const auto& [kind, row] : rows_) row->retranslate();
 }
 
+void ComponentList::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange) layOut(false);
+}
+
 QRect ComponentList::shownArea() const {
   return {0, 0, width(), shown_.empty() ? 0 : heightOf(shown_.size())};
 }
@@ -89,7 +94,7 @@ QRect ComponentList::shownArea() const {
 QRect ComponentList::hiddenArea() const {
   if (hidden_.empty()) return {};
   const int gap = shown_.empty() ? 0 : sectionGap;
-  return {0, shownArea().height() + gap + titleHeight, width(), heightOf(hidden_.size())};
+  return {0, shownArea().height() + gap + lengthForText(titleHeight), width(), heightOf(hidden_.size())};
 }
 
 QSize ComponentList::sizeHint() const {
@@ -109,6 +114,7 @@ void ComponentList::layOut(bool isAnimated) {
     order.insert(order.begin() + static_cast<std::ptrdiff_t>(dragPlace_), dragged_->kind());
   }
   std::vector<CardMotion::Target> targets;
+  const int rowHeight = ComponentRow::rowHeight();
   const auto place = [&](const std::vector<MonitorComponentKind>& kinds, const QRect& area) {
     for (std::size_t index = 0; index < kinds.size(); ++index) {
       ComponentRow* row = rows_.at(kinds[index]);
@@ -122,7 +128,8 @@ void ComponentList::layOut(bool isAnimated) {
   place(hidden_, hiddenArea());
   motion_.move(std::move(targets), isAnimated);
   hiddenTitle_->setVisible(!hidden_.empty());
-  hiddenTitle_->setGeometry(padding, hiddenArea().y() - titleHeight, width() - 2 * padding, titleHeight - padding);
+  hiddenTitle_->setGeometry(padding, hiddenArea().y() - lengthForText(titleHeight), width() - 2 * padding,
+                            lengthForText(titleHeight) - padding);
 }
 
 // Tab goes through the rows as they stand.
@@ -170,6 +177,7 @@ void ComponentList::drag(ComponentRow& row, QPoint global) {
 void ComponentList::followPointer() {
   const int last = static_cast<int>(shown_.size()) - 1;
   const int top = shownArea().y() + padding;
+  const int rowHeight = ComponentRow::rowHeight();
   const int y = std::clamp(mapFromGlobal(pointer_).y() - grabbedAt_, top, top + last * rowHeight);
   dragged_->move(padding, y);
   const auto place = static_cast<std::size_t>(std::clamp((y - top + rowHeight / 2) / rowHeight, 0, last));

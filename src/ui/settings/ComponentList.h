@@ -44,6 +44,7 @@ class ComponentList final : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:

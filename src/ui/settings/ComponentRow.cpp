@@ -16,6 +16,7 @@
 #include "ui/theme/QtText.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
+#include "ui/theme/Typography.h"
 #include "ui/widgets/FigureLabel.h"
 #include "ui/widgets/SegmentedControl.h"
 #include "ui/widgets/SymbolView.h"
@@ -38,8 +39,11 @@ ComponentRow::ComponentRow(MonitorComponentKind kind, Handlers handlers, QWidget
     : QWidget(parent), kind_(kind), handlers_(std::move(handlers)) {
   setObjectName("settings.components." + qtText(rawValue(kind)));
   setFocusPolicy(Qt::StrongFocus);
-  setFixedHeight(rowHeight);
   buildContent();
+}
+
+int ComponentRow::rowHeight() {
+  return lengthForText(56);
 }
 
 void ComponentRow::buildContent() {

@@ -16,7 +16,7 @@ class ToggleSwitch;
 // drag that begins on it is told to the list.
 class ComponentRow final : public QWidget {
  public:
-  static constexpr int rowHeight = 56;
+  static int rowHeight();
 
   struct Handlers {
     std::function<void(int places)> moveBy;

@@ -51,7 +51,7 @@ void MenuBarStyleTile::show(const MenuBarStylePicture& picture) {
 
 QSize MenuBarStyleTile::sizeHint() const {
   const int name = QFontMetrics(fontFor(TextRole::strong)).horizontalAdvance(text());
-  return {std::max(200, name + 4 * inset), inset + panelHeight + nameHeight};
+  return {std::max(200, name + 4 * inset), inset + panelHeight + lengthForText(nameHeight)};
 }
 
 QSize MenuBarStyleTile::minimumSizeHint() const {
@@ -74,7 +74,8 @@ void MenuBarStyleTile::paintEvent(QPaintEvent*) {
   paintPanels(painter, QRectF(inset, inset, width() - 2 * inset, panelHeight));
   painter.setFont(fontFor(isChecked() ? TextRole::strong : TextRole::body));
   painter.setPen(isChecked() ? colors.accent : colors.text);
-  painter.drawText(QRectF(inset, inset + panelHeight, width() - 2 * inset, nameHeight), Qt::AlignCenter, text());
+  painter.drawText(QRectF(inset, inset + panelHeight, width() - 2 * inset, lengthForText(nameHeight)), Qt::AlignCenter,
+                   text());
   if (Shapes::showsFocus(*this)) Shapes::focusFrame(painter, rect(), Shapes::cardRadius, colors);
 }
 

@@ -33,7 +33,7 @@ PageListItem::PageListItem(std::string id, std::string symbol, QWidget* parent)
 
 QSize PageListItem::sizeHint() const {
   const int text = QFontMetrics(fontFor(TextRole::strong)).horizontalAdvance(this->text());
-  return {inset + symbolEdge + symbolGap + text + inset, itemHeight};
+  return {inset + symbolEdge + symbolGap + text + inset, lengthForText(itemHeight)};
 }
 
 void PageListItem::paintEvent(QPaintEvent*) {

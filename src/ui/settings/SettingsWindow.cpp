@@ -20,10 +20,13 @@
 #include "ui/settings/PageList.h"
 #include "ui/settings/ScreenTimeSettingsPage.h"
 #include "ui/theme/QtText.h"
+#include "ui/theme/Typography.h"
 
 namespace quillmeter {
 
 namespace {
+
+constexpr QSize leastSize(720, 460);
 
 template <typename Page>
 QWidget* make(const UiServices& services, QWidget* parent) {
@@ -70,7 +73,6 @@ struct SettingsWindow::Parts {
 
 SettingsWindow::SettingsWindow(const UiServices& services) : parts_(new Parts{.services = services}) {
   constexpr QSize usualSize(780, 580);
-  constexpr QSize leastSize(720, 460);
   setObjectName("settings");
   parts_->list = new PageList(this);
   parts_->list->setObjectName("settings.pages");
@@ -89,7 +91,7 @@ SettingsWindow::SettingsWindow(const UiServices& services) : parts_(new Parts{.s
   const bool isPage = std::ranges::find(pageRows, last, &PageRow::id) != pageRows.end();
   showPage(isPage ? std::string_view(last) : pageRows.front().id);
   parts_->list->setFocus();
-  setMinimumSize(leastSize);
+  keepRoomForText(*this, leastSize);
   resize(usualSize);
 }
 
@@ -109,6 +111,7 @@ void SettingsWindow::retranslate() {
 
 void SettingsWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::LanguageChange) retranslate();
+  if (event->type() == QEvent::FontChange) keepRoomForText(*this, leastSize);
   QWidget::changeEvent(event);
 }
 

@@ -1,6 +1,10 @@
 #include "ui/theme/Typography.h"
 
+#include <algorithm>
+
 #include <QApplication>
+#include <QScreen>
+#include <QWidget>
 
 namespace quillmeter {
 namespace {
@@ -41,6 +45,19 @@ QFont fontFor(TextRole role) {
     font.setPixelSize(qRound(font.pixelSize() * shape.size));
   font.setWeight(shape.weight);
   return font;
+}
+
+int lengthForText(int usual) {
+  constexpr double largestUsualPoints = 11;
+  constexpr double pointsInPixel = 0.75;
+  const QFont font = QApplication::font();
+  const double points = font.pointSizeF() > 0 ? font.pointSizeF() : font.pixelSize() * pointsInPixel;
+  return qRound(usual * std::max(1.0, points / largestUsualPoints));
+}
+
+void keepRoomForText(QWidget& window, const QSize& usualLeast) {
+  const QSize least(lengthForText(usualLeast.width()), lengthForText(usualLeast.height()));
+  window.setMinimumSize(least.boundedTo(window.screen()->availableSize()));
 }
 
 }  // namespace quillmeter

@@ -2,6 +2,9 @@
 
 #include <QFont>
 
+class QSize;
+class QWidget;
+
 namespace quillmeter {
 
 // The sizes of text, all derived from the desktop's font.
@@ -16,5 +19,12 @@ enum class TextRole {
 };
 
 QFont fontFor(TextRole role);
+
+// A length in logical pixels that suits text of a usual size, made longer where the user's text is larger. Take it anew
+// when the font changes.
+int lengthForText(int usual);
+
+// Gives a window a least size that suits the text, as far as its screen is large enough. Again when the font changes.
+void keepRoomForText(QWidget& window, const QSize& usualLeast);
 
 }  // namespace quillmeter

@@ -41,7 +41,7 @@ class Card::Header : public QWidget {
     line_->addWidget(symbol_);
     line_->addWidget(title_, 1);
     line_->addWidget(note_);
-    setMinimumHeight(headerHeight);
+    line_->addStrut(headerHeight);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   }
   void show(std::string symbol, std::string tint, const QString& title) {

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QStyle>
 
+#include "core/model/UnitInterval.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/widgets/WidgetAccessibility.h"
@@ -29,7 +30,7 @@ int LevelBar::filledPixels() const {
 }
 
 void LevelBar::setFraction(std::optional<double> fraction) {
-  if (fraction) fraction = std::isfinite(*fraction) ? std::clamp(*fraction, 0.0, 1.0) : 0;
+  if (fraction) fraction = clampToUnit(*fraction);
   if (fraction == fraction_) return;
   const int before = filledPixels();
   fraction_ = fraction;

@@ -6,6 +6,7 @@
 
 #include <QPainter>
 
+#include "core/model/UnitInterval.h"
 #include "menubar/TabularText.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/theme/Typography.h"
@@ -44,7 +45,7 @@ int RingGauge::filledSteps() const {
 }
 
 void RingGauge::setFraction(std::optional<double> fraction) {
-  if (fraction) fraction = std::isfinite(*fraction) ? std::clamp(*fraction, 0.0, 1.0) : 0;
+  if (fraction) fraction = clampToUnit(*fraction);
   if (fraction == fraction_) return;
   const int before = filledSteps();
   fraction_ = fraction;

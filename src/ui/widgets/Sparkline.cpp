@@ -5,6 +5,7 @@
 
 #include <QPainter>
 
+#include "core/model/UnitInterval.h"
 #include "ui/theme/ThemeColors.h"
 #include "ui/widgets/WidgetAccessibility.h"
 
@@ -36,7 +37,7 @@ void Sparkline::setValues(std::span<const double> values) {
   if (std::equal(values.begin(), values.end(), values_.begin(), values_.end())) return;
   const std::vector<int> before = rows();
   values_.assign(values.begin(), values.end());
-  for (double& value : values_) value = std::isfinite(value) ? std::clamp(value, 0.0, 1.0) : 0;
+  for (double& value : values_) value = clampToUnit(value);
   if (rows() != before) update();
 }
 

@@ -61,6 +61,25 @@ TEST_P(Layout, givesEveryTextItsRoomInTheSmallestWindow) {
   expectNoFaults({1, 1}, "at its smallest size");
 }
 
+TEST_P(Layout, givesEveryTextItsRoomWhenTheDesktopEnlargesText) {
+  for (const bool isTroubled : {false, true}) {
+    Desk desk(GetParam(), isTroubled ? troubledMachine() : describedMachine());
+    if (isTroubled) desk.bringTrouble();
+    for (const Shot& shot : allShots()) {
+      const AppearancePreferences usual = desk.appearance.preferences;
+      const auto window = desk.open(shot);
+      AppearancePreferences large = usual;
+      large.textScale = 1.5;
+      desk.appearance.change(large);
+      desk.settle();
+      for (const std::string& fault : layoutFaults(*window)) ADD_FAILURE() << shot.name << ": " << fault;
+      desk.appearance.change(usual);
+      desk.settle();
+      for (const std::string& fault : layoutFaults(*window)) ADD_FAILURE() << shot.name << ", small again: " << fault;
+    }
+  }
+}
+
 TEST_P(Layout, hasAGlyphForEveryLetterShown) {
   Desk desk(GetParam());
   for (const Shot& shot : allShots()) {
