@@ -1,7 +1,6 @@
 #include "ctl/UsageReport.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 
 #include <fmt/format.h>
@@ -9,6 +8,7 @@
 #include "base/L10n.h"
 #include "core/model/ClockTexts.h"
 #include "core/model/MetricFormatter.h"
+#include "core/model/UnitInterval.h"
 #include "ctl/AgentOverview.h"
 #include "ctl/BarChart.h"
 #include "ctl/TextTable.h"
@@ -139,7 +139,7 @@ void printLimits(Console& console, const UsageReportInput& input) {
   TextTable table({Alignment::left, Alignment::right, Alignment::left, Alignment::left});
   const auto addLimit = [&](const std::string& name, std::optional<double> used, std::optional<Date> resetAt) {
     if (!used) return;
-    const double fraction = std::isfinite(*used) ? std::clamp(*used, 0.0, 1.0) : 0.0;
+    const double fraction = clampToUnit(*used);
     const std::string bar = padded(blockBar(fraction, limitBarCells), limitBarCells, Alignment::left) + "▏";
     table.addRow({{name}, {MetricFormatter::percent(fraction)}, {bar, TextStyle::accent}, {resetText(input, resetAt)}});
   };
