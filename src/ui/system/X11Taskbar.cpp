@@ -84,7 +84,7 @@ bool X11Taskbar::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Show && watched->isWindowType()) {
     const auto& window = static_cast<const QWindow&>(*watched);
     if (isApplicationWindow(window)) {
-      // Nobody tells when a window is gone that its manager never agreed about.
+      // Nobody tells when a window is gone.
       std::erase_if(requestsLeft_, [](const auto& entry) { return applicationWindow(entry.first) == nullptr; });
       writeStates(idOf(window), property(idOf(window), states_));
       requestsLeft_[idOf(window)] = mostRequests;
@@ -135,10 +135,8 @@ void X11Taskbar::settle(const QWindow& window) {
   std::vector<std::uint32_t> states = property(id, states_);
   const bool agrees = contains(states, skipTaskbar_) != listed_;
   const bool isHeld = isManaged(id) && managerRuns();
-  if (isHeld && agrees) {
-    requestsLeft_.erase(id);
-    return;
-  }
+  // It stays watched: a manager that is just taking the window may still write what it read before this was written.
+  if (isHeld && agrees) return;
   if (!isHeld && !agrees) writeStates(id, std::move(states));
   if (isHeld || window.isVisible()) ask(id);
 }

@@ -46,7 +46,7 @@ class X11Taskbar final : public QObject, public QAbstractNativeEventFilter {
   std::uint32_t managerCheck_, managedState_, states_, skipTaskbar_, skipPager_;  // atoms
   bool listed_ = true;
   bool isWatching_ = false;
-  std::map<std::uint32_t, int> requestsLeft_;  // of windows whose manager has not agreed yet
+  std::map<std::uint32_t, int> requestsLeft_;  // to the manager of each window, until another takes it
   QTimer again_;
 };
 
