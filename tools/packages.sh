@@ -7,9 +7,9 @@ BUILD_PACKAGES=(
   libxcb1-dev libxcb-screensaver0-dev libxcb-dpms0-dev
   libwayland-dev libwayland-bin wayland-protocols plasma-wayland-protocols
   qt6-base-dev qt6-wayland libqt6svg6 qt6-tools-dev qt6-l10n-tools qt6-tools-dev-tools
-  tzdata
+  fonts-wqy-microhei tzdata
 )
-TEST_PACKAGES=(libgtest-dev libgmock-dev fonts-dejavu-core fonts-wqy-microhei dbus-daemon python3-dbusmock xvfb openbox xdotool trayer sway kwin-wayland iproute2 openssl pulseaudio pulseaudio-utils pipewire pipewire-pulse wireplumber desktop-file-utils appstream groff-base)
+TEST_PACKAGES=(libgtest-dev libgmock-dev fonts-dejavu-core dbus-daemon python3-dbusmock xvfb openbox xdotool trayer sway kwin-wayland iproute2 openssl pulseaudio pulseaudio-utils pipewire pipewire-pulse wireplumber desktop-file-utils appstream groff-base)
 
 # missing_packages PACKAGE...: prints those that are not installed, one a line.
 missing_packages() {
