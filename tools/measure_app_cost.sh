@@ -9,16 +9,7 @@ application=$(realpath "$1")
 tool=$(dirname "$application")/quillmeterctl
 [ -x "$tool" ] || tool=$(dirname "$application")/../ctl/quillmeterctl
 home=${2:+$(realpath "$2")}
-scratch=$(mktemp -d)
-memory=$(mktemp -d -p /dev/shm)
 chmod 700 "$memory"
-children=()
-finish() {
-  for child in "${children[@]}"; do kill "$child" 2>/dev/null || true; done
-  wait
-  rm -rf "$scratch" "$memory"
-}
-trap finish EXIT
 unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS DBUS_SYSTEM_BUS_ADDRESS
 export HOME=$scratch XDG_CONFIG_HOME=$scratch/config XDG_RUNTIME_DIR=$memory XDG_STATE_HOME=$scratch/state XDG_DATA_HOME=$scratch/data
 # Not a first start, so that a start without --hidden shows the dashboard.

@@ -52,14 +52,6 @@ target() {  # target NAME VALUE BOUND UNIT
   missed=1
 }
 
-if [ "${1:-}" = --app ]; then
-  shift
-  . "$(dirname "${BASH_SOURCE[0]}")/measure_app_cost.sh"
-  exit $missed
-fi
-
-tool=$(realpath "$1")
-home=${2:+$(realpath "$2")}
 scratch=$(mktemp -d)
 memory=$(mktemp -d -p /dev/shm)  # runtime directories lie in memory; on a disk each record would wait for it
 children=()
@@ -69,6 +61,15 @@ finish() {
   rm -rf "$scratch" "$memory"
 }
 trap finish EXIT
+
+if [ "${1:-}" = --app ]; then
+  shift
+  . "$(dirname "${BASH_SOURCE[0]}")/measure_app_cost.sh"
+  exit $missed
+fi
+
+tool=$(realpath "$1")
+home=${2:+$(realpath "$2")}
 export XDG_CONFIG_HOME=$scratch/config XDG_RUNTIME_DIR=$memory XDG_STATE_HOME=$scratch/state XDG_DATA_HOME=$scratch/data
 if [ -n "$home" ]; then
   "$tool" connect codex "$home/.codex" >/dev/null
