@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "access/AgentLogAccessManager.h"
+#include "access/AgentSwitch.h"
 #include "agents/AgentUsageCollector.h"
 #include "base/CheckedInt.h"
 #include "core/SharedSnapshotStore.h"
@@ -111,7 +112,7 @@ void MonitorStore::startAgentScan() {
   const bool scans = isRefreshingAgents_;
   std::vector<AgentLogProvider> enabled;
   for (const AgentLogProvider provider : allAgentLogProviders) {
-    if (services_.preferences.boolean(monitoringSettingsKey(provider)).value_or(false)) enabled.push_back(provider);
+    if (isSwitchedOn(services_.preferences, provider)) enabled.push_back(provider);
   }
   services_.agentQueue.post([scans, enabled = std::move(enabled), now = services_.clock.now(),
                              self = std::weak_ptr(self_), &access = services_.agentLogAccess,

@@ -1,5 +1,7 @@
 #include "ctl/AgentOverview.h"
 
+#include "access/AgentSwitch.h"
+
 namespace quillmeter::ctl {
 
 std::string_view rawValue(AgentConnection connection) {
@@ -19,7 +21,7 @@ std::string_view rawValue(AgentConnection connection) {
 AgentOverview agentOverview(ToolContext& context, AgentLogProvider provider) {
   AgentOverview overview;
   overview.provider = provider;
-  overview.enabled = context.preferences.boolean(monitoringSettingsKey(provider)).value_or(false);
+  overview.enabled = isSwitchedOn(context.preferences, provider);
   // Asking for the location forgets a grant that cannot be used; what it named is only known before.
   const std::optional<std::string> grant = context.preferences.data(bookmarkKey(provider));
   overview.location = context.access.location(provider);

@@ -107,12 +107,11 @@ ExitCode ConnectCommand::refused(const AgentLogAccessError& error, const std::fi
 }
 
 ExitCode ConnectCommand::settleSwitchAfterConnecting(AgentLogProvider provider) {
-  const std::string key = monitoringSettingsKey(provider);
-  if (!context_.preferences.boolean(key).value_or(false)) {
+  if (!isSwitchedOn(context_.preferences, provider)) {
     if (wasSwitchedOff(context_.preferences, provider)) {
       context_.console.printLine(L10n::format(QM_TR("它的统计目前关闭。开启：%@"),
                                               {context_.toolCommand + " enable " + std::string(rawValue(provider))}));
-    } else if (const auto stored = context_.preferences.set(key, true); !stored) {
+    } else if (const auto stored = context_.preferences.set(monitoringSettingsKey(provider), true); !stored) {
       return context_.console.failure(localizedDescription(stored.error()));
     } else {
       context_.console.printLine(L10n::format(QM_TR("已开启 %@ 的统计。"), {title(provider)}));

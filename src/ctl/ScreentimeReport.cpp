@@ -26,9 +26,7 @@ std::string dayText(const CalendarDay& day) {
 }
 
 std::string bucketLabel(const ScreentimeReportInput& input, Date start) {
-  if (!input.isWeek) return clockText(start, input.calendar);
-  const CalendarDay day = input.calendar.components(start).day;
-  return fmt::format("{:02}-{:02}", day.month, day.day);
+  return input.isWeek ? monthDayText(start, input.calendar) : clockText(start, input.calendar);
 }
 
 void printSection(Console& console, const std::string& heading) {

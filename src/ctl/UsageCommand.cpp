@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "access/AgentLogFolders.h"
+#include "access/AgentSwitch.h"
 #include "agents/model/AgentUsageEncoding.h"
 #include "base/FileOpener.h"
 #include "base/Iso8601.h"
@@ -68,7 +69,7 @@ tl::expected<std::vector<AgentLogSource>, std::string> UsageCommand::sources() {
   if (!folders_.empty()) return sourcesFromFolders();
   std::vector<AgentLogSource> list;
   for (const AgentLogProvider provider : allAgentLogProviders) {
-    if (!context_.preferences.boolean(monitoringSettingsKey(provider)).value_or(false)) continue;
+    if (!isSwitchedOn(context_.preferences, provider)) continue;
     list.push_back({provider, context_.access.location(provider)});
   }
   return list;

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "access/AgentSwitch.h"
 #include "base/L10n.h"
 #include "core/model/ClockTexts.h"
 #include "core/model/MetricFormatter.h"
@@ -152,11 +153,9 @@ void printLimits(Console& console, const UsageReportInput& input) {
 std::vector<AgentOverview> connectableAgents(ToolContext& context) {
   std::vector<AgentOverview> connectable;
   for (const AgentOverview& agent : agentOverviews(context)) {
-    const bool switchedOff =
-        !agent.enabled && context.preferences.domain().contains(monitoringSettingsKey(agent.provider));
     const bool unconnected =
         agent.connection == AgentConnection::found || (agent.connection == AgentConnection::unusable && agent.detected);
-    if (unconnected && !switchedOff) connectable.push_back(agent);
+    if (unconnected && !wasSwitchedOff(context.preferences, agent.provider)) connectable.push_back(agent);
   }
   return connectable;
 }

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <utility>
 
+#include "access/AgentSwitch.h"
 #include "base/L10n.h"
 #include "ctl/AgentOverview.h"
 #include "platform/linux/StartupPages.h"
@@ -178,11 +179,9 @@ void WatchSession::agentsChanged() {
 // Agents that could be counted at once: found here, not connected, and not switched off by the user.
 void WatchSession::findHints() {
   hints_.clear();
-  PreferenceDomain& stored = context_.preferences.domain();
   for (const AgentLogProvider provider : store_.detectedAgentProviders()) {
-    if (stored.contains(bookmarkKey(provider))) continue;
-    const bool isEnabled = context_.preferences.boolean(monitoringSettingsKey(provider)).value_or(false);
-    if (!isEnabled && stored.contains(monitoringSettingsKey(provider))) continue;
+    if (context_.preferences.domain().contains(bookmarkKey(provider))) continue;
+    if (wasSwitchedOff(context_.preferences, provider)) continue;
     hints_.push_back(connectCommand(context_, provider));
   }
 }

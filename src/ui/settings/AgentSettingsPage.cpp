@@ -8,6 +8,7 @@
 
 #include "access/AgentAuthorizationCoordinator.h"
 #include "access/AgentLogAccessManager.h"
+#include "access/AgentSwitch.h"
 #include "base/L10n.h"
 #include "core/MonitorStore.h"
 #include "preferences/PreferenceStore.h"
@@ -88,7 +89,7 @@ AgentSettingRow::State AgentSettingsPage::stateOf(AgentLogProvider provider) con
   return {.folderState = folderState(provider, granted.has_value()),
           .folder = granted ? *granted : expectedFolderPath(provider, home),
           .home = home,
-          .isEnabled = services().preferences.boolean(monitoringSettingsKey(provider)).value_or(false),
+          .isEnabled = isSwitchedOn(services().preferences, provider),
           .canSwitch = services().preferences.value(SettingsKeys::tokenMonitoringEnabled),
           .canConnect = !services().authorization.isConnecting()};
 }
