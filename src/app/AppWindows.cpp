@@ -108,7 +108,7 @@ void AppWindows::togglePopover(const QRect& icon) {
 }
 
 void AppWindows::tellInDashboard(std::string message) {
-  if (!dashboard_) {
+  if (!dashboard_ || message.empty()) {
     message_ = std::move(message);
     return;
   }

@@ -45,7 +45,7 @@ class AppWindows final : public AppActions {
 
   // Opens the popover at the tray's icon, or closes it.
   void togglePopover(const QRect& icon);
-  // Says it in the dashboard, as soon as that is open.
+  // Says it in the dashboard, as soon as that is open; an empty message takes back one that was not said yet.
   void tellInDashboard(std::string message);
   // Brings the windows that are open to the front; false when there is none.
   bool raiseOpen();

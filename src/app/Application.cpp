@@ -181,7 +181,9 @@ void Application::missTray() {
 }
 
 void Application::trayChanged(bool available) {
-  if (available) trayPatience_.reset();
+  if (!available) return;
+  trayPatience_.reset();
+  interface_->windows.tellInDashboard({});  // that there is none
 }
 
 void Application::act(AppAction action) {
